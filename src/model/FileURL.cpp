@@ -1,0 +1,161 @@
+#include "FileURL.h"
+
+#include <QDir>
+#include <QStringDecoder>
+
+namespace {
+
+constexpr char16_t firstEscape = 0xDC80;
+constexpr char16_t lastEscape = 0xDCFF;
+
+/// Length of the valid UTF-8 sequence at the start of the text (RFC 3629), or 0.
+qsizetype sequenceLength(const uchar *s, qsizetype left) {
+    const auto continuation = [&](qsizetype i, uchar low = 0x80, uchar high = 0xBF) {
+        return i < left && s[i] >= low && s[i] <= high;
+    };
+    const uchar lead = s[0];
+    if (lead < 0x80) {
+        return 1;
+    }
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        return continuation(1) ? 2 : 0;
+    }
+    if (lead >= 0xE0 && lead <= 0xEF) {
+        const uchar low = lead == 0xE0 ? 0xA0 : 0x80;
+        const uchar high = lead == 0xED ? 0x9F : 0xBF;
+        return continuation(1, low, high) && continuation(2) ? 3 : 0;
+    }
+    if (lead >= 0xF0 && lead <= 0xF4) {
+        const uchar low = lead == 0xF0 ? 0x90 : 0x80;
+        const uchar high = lead == 0xF4 ? 0x8F : 0xBF;
+        return continuation(1, low, high) && continuation(2) && continuation(3) ? 4 : 0;
+    }
+    return 0;
+}
+
+QByteArray normalized(QByteArray path) {
+    while (path.size() > 1 && path.endsWith('/')) {
+        path.chop(1);
+    }
+    return path;
+}
+
+} // namespace
+
+QString FileURL::decode(const QByteArray &bytes) {
+    QString text;
+    text.reserve(bytes.size());
+    const auto *s = reinterpret_cast<const uchar *>(bytes.constData());
+    qsizetype at = 0;
+    while (at < bytes.size()) {
+        qsizetype end = at;
+        while (end < bytes.size()) {
+            const qsizetype length = sequenceLength(s + end, bytes.size() - end);
+            if (length == 0) {
+                break;
+            }
+            end += length;
+        }
+        text += QString::fromUtf8(bytes.constData() + at, end - at);
+        at = end;
+        if (at < bytes.size()) {
+            text += QChar(char16_t(firstEscape + (s[at] - 0x80)));
+            ++at;
+        }
+    }
+    return text;
+}
+
+QByteArray FileURL::encode(const QString &text) {
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    qsizetype at = 0;
+    while (at < text.size()) {
+        qsizetype end = at;
+        while (end < text.size()) {
+            const char16_t unit = text[end].unicode();
+            const bool paired = unit >= firstEscape && unit <= lastEscape && end > at && text[end - 1].isHighSurrogate();
+            if (unit >= firstEscape && unit <= lastEscape && !paired) {
+                break;
+            }
+            ++end;
+        }
+        bytes += QStringView(text).mid(at, end - at).toUtf8();
+        at = end;
+        if (at < text.size()) {
+            bytes += char(uchar(text[at].unicode() - firstEscape + 0x80));
+            ++at;
+        }
+    }
+    return bytes;
+}
+
+FileURL FileURL::fromNativePath(const QByteArray &path) {
+    FileURL url;
+    url.m_path = normalized(path);
+    url.m_directory = path.endsWith('/');
+    return url;
+}
+
+FileURL FileURL::directory(const QByteArray &path) {
+    FileURL url = fromNativePath(path);
+    url.m_directory = !url.isEmpty();
+    return url;
+}
+
+FileURL FileURL::fromPath(const QString &path) {
+    return fromNativePath(encode(path));
+}
+
+std::optional<FileURL> FileURL::fromArgument(const QByteArray &argument, const QByteArray &workingDirectory) {
+    if (argument.isEmpty()) {
+        return std::nullopt;
+    }
+    QByteArray path = argument;
+    const QByteArray scheme = argument.left(argument.indexOf(':')).toLower();
+    const bool hasScheme = argument.indexOf("://") == scheme.size() && !scheme.isEmpty() && !scheme.contains('/');
+    if (hasScheme) {
+        if (scheme != "file") {
+            return std::nullopt;
+        }
+        const QByteArray rest = argument.mid(qsizetype(sizeof "file://") - 1);
+        const qsizetype slash = rest.indexOf('/');
+        const QByteArray host = rest.left(slash).toLower();
+        if (slash < 0 || (!host.isEmpty() && host != "localhost")) {
+            return std::nullopt;
+        }
+        path = QByteArray::fromPercentEncoding(rest.mid(slash));
+    }
+    if (path.contains('\0')) {
+        return std::nullopt;
+    }
+    if (!path.startsWith('/')) {
+        path = normalized(workingDirectory) + '/' + path;
+    }
+    const bool directory = path.endsWith('/');
+    path = encode(QDir::cleanPath(decode(path)));
+    return directory ? FileURL::directory(path) : fromNativePath(path);
+}
+
+QByteArray FileURL::nativeName() const {
+    return m_path.size() == 1 ? m_path : m_path.mid(m_path.lastIndexOf('/') + 1);
+}
+
+QString FileURL::pathExtension() const {
+    const QByteArray name = nativeName();
+    const qsizetype dot = name.lastIndexOf('.');
+    return dot <= 0 ? QString() : decode(name.mid(dot + 1));
+}
+
+FileURL FileURL::deletingLastPathComponent() const {
+    const qsizetype slash = m_path.lastIndexOf('/');
+    return directory(slash <= 0 ? QByteArray("/") : m_path.left(slash));
+}
+
+FileURL FileURL::appending(const QByteArray &name) const {
+    return fromNativePath(m_path.endsWith('/') ? m_path + name : m_path + '/' + name);
+}
+
+QByteArray FileURL::uri() const {
+    return "file://" + m_path.toPercentEncoding("/");
+}

@@ -1,0 +1,6 @@
+#include "NotificationCentre.h"
+
+NotificationCentre &NotificationCentre::defaultCentre() {
+    static NotificationCentre centre;
+    return centre;
+}

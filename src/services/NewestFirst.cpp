@@ -1,0 +1,5 @@
+#include "NewestFirst.h"
+
+void sortNewestFirst(QList<MediaFile> &) {}
+
+void sortByName(QList<FolderCard> &) {}

@@ -1,0 +1,162 @@
+#pragma once
+
+#include "FileOperation.h"
+#include "FileOperations.h"
+#include "FolderCard.h"
+#include "FolderSnapshot.h"
+#include "MediaFile.h"
+#include "ScanResult.h"
+
+#include <QFuture>
+#include <QObject>
+#include <QSet>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <optional>
+
+class AlertPresenter;
+class FolderChooser;
+class Preferences;
+
+/// Everything the browser window shows, in one observable object. Main thread only; one for the program's run.
+///
+/// Optional values reach QML as undefined when absent.
+class AppState : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("one for the program's run, made by the application")
+    Q_PROPERTY(QVariant folder READ folderVariant NOTIFY folderChanged)
+    Q_PROPERTY(QList<MediaFile> videos READ videos NOTIFY videosChanged)
+    Q_PROPERTY(QList<MediaFile> photos READ photos NOTIFY photosChanged)
+    Q_PROPERTY(QList<FolderCard> folders READ folders NOTIFY foldersChanged)
+    Q_PROPERTY(MediaKinds::MediaKind activeTab READ activeTab WRITE setActiveTab NOTIFY activeTabChanged)
+    Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
+    Q_PROPERTY(int flagCount READ flagCount NOTIFY flagsChanged)
+    Q_PROPERTY(int hiddenVideoCount READ hiddenVideoCount NOTIFY hiddenVideosChanged)
+    Q_PROPERTY(bool viewFlaggedOnly READ viewFlaggedOnly WRITE setViewFlaggedOnly NOTIFY viewFlaggedOnlyChanged)
+    Q_PROPERTY(QVariant fullItem READ fullItemVariant NOTIFY fullItemChanged)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
+    Q_PROPERTY(QVariant errorMessage READ errorMessageVariant NOTIFY errorMessageChanged)
+    Q_PROPERTY(QVariant statusMessage READ statusMessageVariant NOTIFY statusMessageChanged)
+    Q_PROPERTY(QVariant operationProgress READ operationProgressVariant NOTIFY operationProgressChanged)
+    Q_PROPERTY(bool arrangeOpen READ arrangeOpen WRITE setArrangeOpen NOTIFY arrangeOpenChanged)
+    Q_PROPERTY(bool canNavigateBack READ canNavigateBack NOTIFY historyChanged)
+
+public:
+    /// What the state needs of the world, injected so that its logic runs without one.
+    struct Services {
+        std::function<QFuture<ScanResult>(const FileURL &)> scan;
+        /// Whether the URL is a folder, asked off the main thread; a failed read answers false.
+        std::function<QFuture<bool>(const FileURL &)> isDirectory;
+        std::function<QFuture<QList<FileURL>>(const QList<FileURL> &, const FileOperations::Progress &)> trash;
+        std::function<QFuture<FileTransferResult>(const QList<FileURL> &, const FileURL &, FileOperationKind,
+                                                  const FileOperations::Progress &)>
+            transfer;
+        FolderChooser *chooser = nullptr;
+        AlertPresenter *alerts = nullptr;
+        Preferences *preferences = nullptr;
+    };
+
+    explicit AppState(Services services, QObject *parent = nullptr);
+
+    const std::optional<FileURL> &folder() const { return m_folder; }
+    const QList<MediaFile> &videos() const { return m_videos; }
+    const QList<MediaFile> &photos() const { return m_photos; }
+    const QList<FolderCard> &folders() const { return m_folders; }
+    MediaKind activeTab() const { return m_activeTab; }
+    void setActiveTab(MediaKind tab);
+    int page() const { return m_page; }
+    void setPage(int page);
+    const QSet<QString> &flags() const { return m_flags; }
+    int flagCount() const { return int(m_flags.size()); }
+    const QSet<QString> &hiddenVideos() const { return m_hiddenVideos; }
+    int hiddenVideoCount() const { return int(m_hiddenVideos.size()); }
+    bool viewFlaggedOnly() const { return m_viewFlaggedOnly; }
+    void setViewFlaggedOnly(bool on);
+    const std::optional<MediaFile> &fullItem() const { return m_fullItem; }
+    bool isScanning() const { return m_isScanning; }
+    const std::optional<QString> &errorMessage() const { return m_errorMessage; }
+    const std::optional<QString> &statusMessage() const { return m_statusMessage; }
+    const std::optional<double> &operationProgress() const { return m_operationProgress; }
+    bool arrangeOpen() const { return m_arrangeOpen; }
+    void setArrangeOpen(bool open);
+    bool canNavigateBack() const { return !m_history.isEmpty(); }
+
+    /// The list that the grid pages through: the active tab's, without removed videos, and only the flagged ones
+    /// while viewFlaggedOnly.
+    QList<MediaFile> currentMedia() const;
+    /// All flagged videos, then all flagged photos, whatever the tab shows.
+    QList<MediaFile> flaggedItems() const;
+
+    Q_INVOKABLE void chooseFolder();
+    Q_INVOKABLE void openFolder(const FileURL &url, bool rememberHistory);
+    Q_INVOKABLE void navigateBack();
+
+    Q_INVOKABLE bool isFlagged(const QString &id) const { return m_flags.contains(id); }
+    Q_INVOKABLE void toggleFlag(const MediaFile &file);
+    Q_INVOKABLE void setFlagged(const QStringList &ids, bool flagged);
+    Q_INVOKABLE void hideVideo(const MediaFile &file);
+    Q_INVOKABLE void resetHiddenVideos();
+    Q_INVOKABLE void openFullItem(const MediaFile &file);
+    Q_INVOKABLE void closeFullItem();
+    Q_INVOKABLE void moveFullItem(int offset);
+    /// Moves one video to a destination that counts positions before the removal, then shows the first page.
+    Q_INVOKABLE void moveVideo(int from, int destination);
+    Q_INVOKABLE void resetVideoOrder();
+    Q_INVOKABLE void dismissError();
+
+    Q_INVOKABLE void trashFlagged();
+    Q_INVOKABLE void copyFlagged() { performFileOperation(FileOperationKind::copy); }
+    Q_INVOKABLE void moveFlagged() { performFileOperation(FileOperationKind::move); }
+
+Q_SIGNALS:
+    void folderChanged();
+    void videosChanged();
+    void photosChanged();
+    void foldersChanged();
+    void activeTabChanged();
+    void pageChanged();
+    void flagsChanged();
+    void hiddenVideosChanged();
+    void viewFlaggedOnlyChanged();
+    void fullItemChanged();
+    void isScanningChanged();
+    void errorMessageChanged();
+    void statusMessageChanged();
+    void operationProgressChanged();
+    void arrangeOpenChanged();
+    void historyChanged();
+    /// Whatever currentMedia() is made of changed.
+    void currentMediaChanged();
+
+private:
+    QVariant folderVariant() const;
+    QVariant fullItemVariant() const;
+    QVariant errorMessageVariant() const;
+    QVariant statusMessageVariant() const;
+    QVariant operationProgressVariant() const;
+
+    void apply(const ScanResult &result);
+    void performFileOperation(FileOperationKind kind);
+    void removeFromBrowser(const QSet<QString> &paths);
+
+    Services m_services;
+    std::optional<FileURL> m_folder;
+    QList<MediaFile> m_videos;
+    QList<MediaFile> m_photos;
+    QList<FolderCard> m_folders;
+    MediaKind m_activeTab = MediaKind::video;
+    int m_page = 0;
+    QSet<QString> m_flags;
+    QSet<QString> m_hiddenVideos;
+    bool m_viewFlaggedOnly = false;
+    std::optional<MediaFile> m_fullItem;
+    bool m_isScanning = false;
+    std::optional<QString> m_errorMessage;
+    std::optional<QString> m_statusMessage;
+    std::optional<double> m_operationProgress;
+    bool m_arrangeOpen = false;
+    QList<FolderSnapshot> m_history;
+};
