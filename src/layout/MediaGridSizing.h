@@ -16,8 +16,8 @@ struct Range {
     friend bool operator==(const Range &, const Range &) = default;
 };
 
-/// One range per page: contiguous, none empty, together 0 to the number of ratios. The size is the grid area in
-/// points, the ratios are the items' in display order.
+/// One range per page: contiguous, none empty, together 0 to the number of ratios. The size is the grid area
+/// in points, the ratios are the items' in display order.
 std::vector<Range> pageRanges(QSizeF size, const std::vector<double> &aspectRatios);
 
 } // namespace MediaGridSizing

@@ -74,7 +74,8 @@ QByteArray FileURL::encode(const QString &text) {
         qsizetype end = at;
         while (end < text.size()) {
             const char16_t unit = text[end].unicode();
-            const bool paired = unit >= firstEscape && unit <= lastEscape && end > at && text[end - 1].isHighSurrogate();
+            const bool paired =
+                unit >= firstEscape && unit <= lastEscape && end > at && text[end - 1].isHighSurrogate();
             if (unit >= firstEscape && unit <= lastEscape && !paired) {
                 break;
             }
@@ -113,7 +114,8 @@ std::optional<FileURL> FileURL::fromArgument(const QByteArray &argument, const Q
     }
     QByteArray path = argument;
     const QByteArray scheme = argument.left(argument.indexOf(':')).toLower();
-    const bool hasScheme = argument.indexOf("://") == scheme.size() && !scheme.isEmpty() && !scheme.contains('/');
+    const bool hasScheme =
+        argument.indexOf("://") == scheme.size() && !scheme.isEmpty() && !scheme.contains('/');
     if (hasScheme) {
         if (scheme != "file") {
             return std::nullopt;

@@ -29,7 +29,8 @@ public:
     static FileURL fromPath(const QString &path);
     /// From what the desktop or a command line hands over: a file:// URI (percent-encoded, host empty or
     /// "localhost") or a plain path, made absolute against workingDirectory. None for another scheme or "".
-    static std::optional<FileURL> fromArgument(const QByteArray &argument, const QByteArray &workingDirectory);
+    static std::optional<FileURL> fromArgument(const QByteArray &argument,
+                                               const QByteArray &workingDirectory);
 
     bool isEmpty() const { return m_path.isEmpty(); }
     /// Bytes for the kernel.

@@ -26,6 +26,7 @@ public:
 };
 
 inline size_t qHash(const FolderCard &card, size_t seed = 0) noexcept {
-    const size_t hash = qHashMulti(seed, card.url, card.name, card.itemCount, card.representative.has_value());
+    const size_t hash =
+        qHashMulti(seed, card.url, card.name, card.itemCount, card.representative.has_value());
     return card.representative ? qHash(*card.representative, hash) : hash;
 }

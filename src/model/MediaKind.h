@@ -14,7 +14,8 @@ public:
     MediaKinds() = delete;
 
     /// What a media file is, told by its extension alone.
-    enum class MediaKind { video, photo };
+    /// QML finds only capitalised names, hence the twins.
+    enum class MediaKind { video, photo, Video = video, Photo = photo };
     Q_ENUM(MediaKind)
 
     /// Hashes the raw value, as every record that holds a kind does.

@@ -7,8 +7,8 @@
 
 #include <chrono>
 
-/// Where blocking work on the user's files runs: one pool for the program, owned by this namespace from the first
-/// task until finish().
+/// Where blocking work on the user's files runs: one pool for the program, owned by this namespace from the
+/// first task until finish().
 namespace BackgroundTask {
 
 QThreadPool &pool();
@@ -17,9 +17,8 @@ QThreadPool &pool();
 /// (a QException) arrives at the future.
 template <typename Result, typename Work>
 QFuture<Result> run(Work &&work) {
-    return QtConcurrent::run(&pool(), [work = std::forward<Work>(work)](QPromise<Result> &promise) mutable {
-        work(promise);
-    });
+    return QtConcurrent::run(
+        &pool(), [work = std::forward<Work>(work)](QPromise<Result> &promise) mutable { work(promise); });
 }
 
 /// Waits at the end of the program for running tasks, after their owners cancelled them. False when some file

@@ -3,8 +3,8 @@
 #include <QObject>
 #include <QVariant>
 
-/// Named notifications between parts that do not know each other. Main thread; delivered at once, in the order
-/// of connection.
+/// Named notifications between parts that do not know each other. Main thread; delivered at once, in the
+/// order of connection.
 class NotificationCentre : public QObject {
     Q_OBJECT
 

@@ -5,7 +5,8 @@
 namespace FileOperations {
 
 QFuture<QList<FileURL>> trash(const QList<FileURL> &, const Progress &) {
-    return BackgroundTask::run<QList<FileURL>>([](QPromise<QList<FileURL>> &promise) { promise.addResult(QList<FileURL>()); });
+    return BackgroundTask::run<QList<FileURL>>(
+        [](QPromise<QList<FileURL>> &promise) { promise.addResult(QList<FileURL>()); });
 }
 
 QFuture<FileTransferResult> transfer(const QList<FileURL> &sources, const FileURL &, FileOperationKind,

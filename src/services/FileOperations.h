@@ -15,7 +15,7 @@ using Progress = std::function<void(qsizetype done, qsizetype total)>;
 /// The files that were moved to the Trash, in input order.
 QFuture<QList<FileURL>> trash(const QList<FileURL> &files, const Progress &progress);
 
-QFuture<FileTransferResult> transfer(const QList<FileURL> &sources, const FileURL &folder, FileOperationKind kind,
-                                     const Progress &progress);
+QFuture<FileTransferResult> transfer(const QList<FileURL> &sources, const FileURL &folder,
+                                     FileOperationKind kind, const Progress &progress);
 
 } // namespace FileOperations

@@ -2,10 +2,18 @@
 
 AppState::AppState(Services services, QObject *parent) : QObject(parent), m_services(std::move(services)) {}
 
-QVariant AppState::folderVariant() const { return m_folder ? QVariant::fromValue(*m_folder) : QVariant(); }
-QVariant AppState::fullItemVariant() const { return m_fullItem ? QVariant::fromValue(*m_fullItem) : QVariant(); }
-QVariant AppState::errorMessageVariant() const { return m_errorMessage ? QVariant(*m_errorMessage) : QVariant(); }
-QVariant AppState::statusMessageVariant() const { return m_statusMessage ? QVariant(*m_statusMessage) : QVariant(); }
+QVariant AppState::folderVariant() const {
+    return m_folder ? QVariant::fromValue(*m_folder) : QVariant();
+}
+QVariant AppState::fullItemVariant() const {
+    return m_fullItem ? QVariant::fromValue(*m_fullItem) : QVariant();
+}
+QVariant AppState::errorMessageVariant() const {
+    return m_errorMessage ? QVariant(*m_errorMessage) : QVariant();
+}
+QVariant AppState::statusMessageVariant() const {
+    return m_statusMessage ? QVariant(*m_statusMessage) : QVariant();
+}
 QVariant AppState::operationProgressVariant() const {
     return m_operationProgress ? QVariant(*m_operationProgress) : QVariant();
 }
@@ -22,8 +30,12 @@ void AppState::setPage(int page) {
 }
 void AppState::setViewFlaggedOnly(bool) {}
 void AppState::setArrangeOpen(bool) {}
-QList<MediaFile> AppState::currentMedia() const { return {}; }
-QList<MediaFile> AppState::flaggedItems() const { return {}; }
+QList<MediaFile> AppState::currentMedia() const {
+    return {};
+}
+QList<MediaFile> AppState::flaggedItems() const {
+    return {};
+}
 void AppState::chooseFolder() {}
 void AppState::openFolder(const FileURL &, bool) {}
 void AppState::navigateBack() {}

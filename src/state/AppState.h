@@ -20,7 +20,8 @@ class AlertPresenter;
 class FolderChooser;
 class Preferences;
 
-/// Everything the browser window shows, in one observable object. Main thread only; one for the program's run.
+/// Everything the browser window shows, in one observable object. Main thread only; one for the program's
+/// run.
 ///
 /// Optional values reach QML as undefined when absent.
 class AppState : public QObject {
@@ -35,7 +36,8 @@ class AppState : public QObject {
     Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
     Q_PROPERTY(int flagCount READ flagCount NOTIFY flagsChanged)
     Q_PROPERTY(int hiddenVideoCount READ hiddenVideoCount NOTIFY hiddenVideosChanged)
-    Q_PROPERTY(bool viewFlaggedOnly READ viewFlaggedOnly WRITE setViewFlaggedOnly NOTIFY viewFlaggedOnlyChanged)
+    Q_PROPERTY(
+        bool viewFlaggedOnly READ viewFlaggedOnly WRITE setViewFlaggedOnly NOTIFY viewFlaggedOnlyChanged)
     Q_PROPERTY(QVariant fullItem READ fullItemVariant NOTIFY fullItemChanged)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
     Q_PROPERTY(QVariant errorMessage READ errorMessageVariant NOTIFY errorMessageChanged)
@@ -50,7 +52,8 @@ public:
         std::function<QFuture<ScanResult>(const FileURL &)> scan;
         /// Whether the URL is a folder, asked off the main thread; a failed read answers false.
         std::function<QFuture<bool>(const FileURL &)> isDirectory;
-        std::function<QFuture<QList<FileURL>>(const QList<FileURL> &, const FileOperations::Progress &)> trash;
+        std::function<QFuture<QList<FileURL>>(const QList<FileURL> &, const FileOperations::Progress &)>
+            trash;
         std::function<QFuture<FileTransferResult>(const QList<FileURL> &, const FileURL &, FileOperationKind,
                                                   const FileOperations::Progress &)>
             transfer;
@@ -84,8 +87,8 @@ public:
     void setArrangeOpen(bool open);
     bool canNavigateBack() const { return !m_history.isEmpty(); }
 
-    /// The list that the grid pages through: the active tab's, without removed videos, and only the flagged ones
-    /// while viewFlaggedOnly.
+    /// The list that the grid pages through: the active tab's, without removed videos, and only the flagged
+    /// ones while viewFlaggedOnly.
     QList<MediaFile> currentMedia() const;
     /// All flagged videos, then all flagged photos, whatever the tab shows.
     QList<MediaFile> flaggedItems() const;

@@ -16,6 +16,6 @@ Item {
     Text {
         anchors.centerIn: parent
         color: "white"
-        text: root.state.isScanning ? "scanning" : "Mosa " + root.state.activeTab + (root.state.activeTab === MediaKind.video)
+        text: root.state.isScanning ? "scanning" : "Mosa " + root.state.activeTab + (root.state.activeTab === MediaKind.Video)
     }
 }
