@@ -9,6 +9,7 @@
 Q_IMPORT_QML_PLUGIN(Mosa_StatePlugin)
 Q_IMPORT_QML_PLUGIN(Mosa_PlaybackPlugin)
 Q_IMPORT_QML_PLUGIN(Mosa_UIPlugin)
+Q_IMPORT_QML_PLUGIN(Mosa_AppPlugin)
 
 int main(int argc, char *argv[]) {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);

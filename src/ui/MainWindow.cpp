@@ -1,12 +1,124 @@
 #include "MainWindow.h"
 
-#include "AppState.h"
+#include "NotificationCentre.h"
+#include "NotificationNames.h"
 
-MainWindow::MainWindow(AppState &state) {
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QStyleHints>
+
+namespace {
+
+void post(const QString &name) {
+    NotificationCentre::defaultCentre().post(name);
+}
+
+} // namespace
+
+MainWindow::MainWindow(Preferences *preferences)
+    : m_autosave(*this, preferences, QStringLiteral("MosaMainWindow")) {
     setTitle(QStringLiteral("Mosa"));
-    setMinimumSize({920, 620});
+    setFlags(Qt::Window | Qt::FramelessWindowHint);
+    setMinimumSize(minimumFrame);
+    setColor(QColor::fromRgbF(0.035F, 0.035F, 0.04F));
     setResizeMode(QQuickView::SizeRootObjectToView);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    setInitialProperties({{QStringLiteral("state"), QVariant::fromValue(&state)}});
-    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Mosa/UI/ContentView.qml")));
+    connect(this, &QWindow::windowStateChanged, this, &MainWindow::followWindowState);
+}
+
+void MainWindow::open() {
+    m_autosave.restore(firstFrame);
+    show();
+}
+
+void MainWindow::toggleFullScreen() {
+    const bool enter = !isFullScreen();
+    post(enter ? NotificationNames::windowWillEnterFullScreen : NotificationNames::windowWillExitFullScreen);
+    // The flag alone: a maximised window is maximised again afterwards.
+    setWindowStates((windowStates() ^ Qt::WindowFullScreen) & ~Qt::WindowMinimized);
+}
+
+void MainWindow::toggleMaximised() {
+    if (isFullScreen()) {
+        return;
+    }
+    setWindowStates((windowStates() ^ Qt::WindowMaximized) & ~Qt::WindowMinimized);
+}
+
+void MainWindow::minimise() {
+    setWindowStates(windowStates() | Qt::WindowMinimized);
+}
+
+void MainWindow::followWindowState() {
+    const bool entered = isFullScreen();
+    Q_EMIT stateChanged();
+    if (entered == m_announcedFullScreen) {
+        return;
+    }
+    m_announcedFullScreen = entered;
+    post(entered ? NotificationNames::windowWillEnterFullScreen
+                 : NotificationNames::windowWillExitFullScreen);
+    post(entered ? NotificationNames::windowDidEnterFullScreen : NotificationNames::windowDidExitFullScreen);
+}
+
+bool MainWindow::event(QEvent *event) {
+    if (event->type() == QEvent::Close) {
+        m_autosave.save();
+        Q_EMIT closing();
+    }
+    // The base class sends pointer events through its own handlers and back here before the scene sees them;
+    // only after the outermost call is it known whether an item took the press.
+    ++m_eventDepth;
+    const bool handled = QQuickView::event(event);
+    --m_eventDepth;
+    if (m_eventDepth == 0) {
+        dragBackground(event);
+    }
+    return handled;
+}
+
+bool MainWindow::isTaken(const QPointerEvent &event) {
+    const QEventPoint &point = event.points().constFirst();
+    return event.exclusiveGrabber(point) != nullptr || !event.passiveGrabbers(point).isEmpty();
+}
+
+void MainWindow::dragBackground(QEvent *event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        const auto *press = static_cast<QMouseEvent *>(event);
+        m_press.reset();
+        if (isTaken(*press)) {
+            return;
+        }
+        if (press->button() == Qt::LeftButton) {
+            m_press = press->position();
+        } else if (press->button() == Qt::RightButton) {
+            Q_EMIT menuRequested(press->position());
+        }
+        return;
+    }
+    case QEvent::MouseMove: {
+        const auto *move = static_cast<QMouseEvent *>(event);
+        const int threshold = QGuiApplication::styleHints()->startDragDistance();
+        if (!m_press || (move->position() - *m_press).manhattanLength() < threshold) {
+            return;
+        }
+        m_press.reset();
+        if (move->buttons().testFlag(Qt::LeftButton) && !isFullScreen()) {
+            startSystemMove();
+        }
+        return;
+    }
+    case QEvent::MouseButtonDblClick:
+        if (m_press && !isTaken(*static_cast<QMouseEvent *>(event))) {
+            toggleMaximised();
+        }
+        m_press.reset();
+        return;
+    case QEvent::MouseButtonRelease:
+        m_press.reset();
+        return;
+    default:
+        return;
+    }
 }

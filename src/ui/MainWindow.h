@@ -1,14 +1,62 @@
 #pragma once
 
+#include "WindowFrameAutosave.h"
+
+#include <QPointF>
 #include <QQmlEngine>
 #include <QQuickView>
 
-class AppState;
+class Preferences;
 
-/// The program's one window and the QML scene in it.
+/// The program's one window: without the desktop's title bar, so that the scene reaches the top edge, and
+/// moved by every spot of the scene where nothing else takes the press.
+///
+/// QML reaches it as `Window.window as MainWindow`. Full screen is announced through the default
+/// NotificationCentre (see NotificationNames.h), whoever changes it.
 class MainWindow : public QQuickView {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("one for the program's run, made by the application")
+    Q_PROPERTY(bool fullScreen READ isFullScreen NOTIFY stateChanged)
+    Q_PROPERTY(bool maximised READ isMaximised NOTIFY stateChanged)
 
 public:
-    explicit MainWindow(AppState &state);
+    /// The preferences keep the window's frame and outlive the window; without them it is not kept.
+    explicit MainWindow(Preferences *preferences = nullptr);
+
+    /// Shows the window where it was when the program last ran.
+    void open();
+
+    bool isFullScreen() const { return windowStates().testFlag(Qt::WindowFullScreen); }
+    bool isMaximised() const { return windowStates().testFlag(Qt::WindowMaximized) && !isFullScreen(); }
+
+    Q_INVOKABLE void toggleFullScreen();
+    Q_INVOKABLE void toggleMaximised();
+    Q_INVOKABLE void minimise();
+    Q_INVOKABLE void resizeAt(Qt::Edges edges) { startSystemResize(edges); }
+
+    static constexpr QSize minimumFrame{920, 620};
+    static constexpr QSize firstFrame{1440, 900};
+
+Q_SIGNALS:
+    /// The window is full screen, maximised or neither, now differently from before.
+    void stateChanged();
+    /// The user asks for the window's menu at a point of the window.
+    void menuRequested(QPointF position);
+    /// The window is about to close; nothing refuses it.
+    void closing();
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void followWindowState();
+    void dragBackground(QEvent *event);
+    static bool isTaken(const QPointerEvent &event);
+
+    WindowFrameAutosave m_autosave;
+    bool m_announcedFullScreen = false;
+    /// Where the left button went down on the bare background, until it is released or moves the window.
+    std::optional<QPointF> m_press;
+    int m_eventDepth = 0;
 };
