@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include "FileManager.h"
 #include "NotificationCentre.h"
 #include "NotificationNames.h"
 
@@ -15,8 +16,8 @@ void post(const QString &name) {
 
 } // namespace
 
-MainWindow::MainWindow(Preferences *preferences)
-    : m_autosave(*this, preferences, QStringLiteral("MosaMainWindow")) {
+MainWindow::MainWindow(Preferences *preferences, FileManager *fileManager)
+    : m_autosave(*this, preferences, QStringLiteral("MosaMainWindow")), m_fileManager(fileManager) {
     setTitle(QStringLiteral("Mosa"));
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     setMinimumSize(minimumFrame);
@@ -47,6 +48,18 @@ void MainWindow::toggleMaximised() {
 
 void MainWindow::minimise() {
     setWindowStates(windowStates() | Qt::WindowMinimized);
+}
+
+void MainWindow::showInFileManager(const FileURL &url) {
+    if (m_fileManager != nullptr) {
+        m_fileManager->showInFileManager(url);
+    }
+}
+
+void MainWindow::openInDefaultApp(const FileURL &url) {
+    if (m_fileManager != nullptr) {
+        m_fileManager->openInDefaultApp(url);
+    }
 }
 
 void MainWindow::followWindowState() {

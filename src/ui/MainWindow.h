@@ -1,11 +1,13 @@
 #pragma once
 
+#include "FileURL.h"
 #include "WindowFrameAutosave.h"
 
 #include <QPointF>
 #include <QQmlEngine>
 #include <QQuickView>
 
+class FileManager;
 class Preferences;
 
 /// The program's one window: without the desktop's title bar, so that the scene reaches the top edge, and
@@ -21,8 +23,8 @@ class MainWindow : public QQuickView {
     Q_PROPERTY(bool maximised READ isMaximised NOTIFY stateChanged)
 
 public:
-    /// The preferences keep the window's frame and outlive the window; without them it is not kept.
-    explicit MainWindow(Preferences *preferences = nullptr);
+    /// The preferences keep the window's frame; both outlive the window. What is missing is not done.
+    explicit MainWindow(Preferences *preferences = nullptr, FileManager *fileManager = nullptr);
 
     /// Shows the window where it was when the program last ran.
     void open();
@@ -34,6 +36,10 @@ public:
     Q_INVOKABLE void toggleMaximised();
     Q_INVOKABLE void minimise();
     Q_INVOKABLE void resizeAt(Qt::Edges edges) { startSystemResize(edges); }
+
+    /// For the views, see FileManager.
+    Q_INVOKABLE void showInFileManager(const FileURL &url);
+    Q_INVOKABLE void openInDefaultApp(const FileURL &url);
 
     static constexpr QSize minimumFrame{920, 620};
     static constexpr QSize firstFrame{1440, 900};
@@ -55,6 +61,7 @@ private:
     static bool isTaken(const QPointerEvent &event);
 
     WindowFrameAutosave m_autosave;
+    FileManager *m_fileManager;
     bool m_announcedFullScreen = false;
     /// Where the left button went down on the bare background, until it is released or moves the window.
     std::optional<QPointF> m_press;
