@@ -1,0 +1,224 @@
+#include "MPVOpenGLView.h"
+
+#include <QCoreApplication>
+#include <QOpenGLContext>
+#include <QThread>
+
+#include <mpv/render_gl.h>
+
+#include <algorithm>
+
+#include <dlfcn.h>
+
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
+
+/// No frame is announced longer ahead than this; a due time further off comes from a clock that jumped.
+constexpr milliseconds longestWait{100};
+
+bool onMainThread() {
+    return QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread();
+}
+
+} // namespace
+
+void *mosa_get_proc_address(void *context, const char *name) {
+    Q_UNUSED(context)
+    if (QOpenGLContext *current = QOpenGLContext::currentContext()) {
+        return reinterpret_cast<void *>(current->getProcAddress(name));
+    }
+    return dlsym(RTLD_DEFAULT, name);
+}
+
+void mosa_render_update(void *context) {
+    auto *view = static_cast<MPVOpenGLView *>(context);
+    // The player calls this no more once the callback is taken back, so that the view exists here; a notice
+    // that is still on its way then goes with the view.
+    if (!view->m_noticePosted.test_and_set()) {
+        QMetaObject::invokeMethod(view, &MPVOpenGLView::consumeRenderUpdates, Qt::QueuedConnection);
+    }
+}
+
+MPVOpenGLView::MPVOpenGLView(const MPVFunctions &functions, QObject *parent)
+    : QObject(parent), m_functions(functions) {
+    m_displayTimer.setSingleShot(true);
+    m_displayTimer.setTimerType(Qt::PreciseTimer);
+    m_displayTimer.callOnTimeout(this, &MPVOpenGLView::draw);
+}
+
+MPVOpenGLView::~MPVOpenGLView() {
+    shutdownRenderContext();
+}
+
+void MPVOpenGLView::setPresentsFramesThroughLayer(bool on) {
+    m_presentsFramesThroughLayer = on;
+    if (on && !m_layer) {
+        m_layer.emplace();
+    }
+    if (m_layer) {
+        m_layer->hidden = !on;
+    }
+    Q_EMIT contentsChanged();
+}
+
+int MPVOpenGLView::configureWithMPV(mpv_handle *player) {
+    if (!onMainThread()) {
+        qFatal("The renderer must be created on the main thread.");
+    }
+    m_buffers.makeCurrent();
+    mpv_opengl_init_params glParams{};
+    glParams.get_proc_address = mosa_get_proc_address;
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_API_TYPE, const_cast<char *>(MPV_RENDER_API_TYPE_OPENGL)},
+        {MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &glParams},
+        {MPV_RENDER_PARAM_INVALID, nullptr},
+    };
+    mpv_render_context *created = nullptr;
+    const int status = m_functions.renderContextCreate(&created, player, parameters);
+    if (status >= 0) {
+        m_player = player;
+        m_renderContext = created;
+        m_functions.renderContextSetUpdateCallback(m_renderContext, mosa_render_update, this);
+    }
+    m_buffers.doneCurrent();
+    return status;
+}
+
+void MPVOpenGLView::consumeRenderUpdates() {
+    m_noticePosted.clear();
+    if (m_renderContext &&
+        (m_functions.renderContextUpdate(m_renderContext) & MPV_RENDER_UPDATE_FRAME) != 0) {
+        m_frameAnnounced = true;
+        m_hasPendingVideoFrame = true;
+        setNeedsDisplay();
+    }
+}
+
+void MPVOpenGLView::setNeedsDisplay() {
+    if (!hasDrawable()) {
+        return;
+    }
+    // Rounded down: the rest, below a millisecond, is waited for in the render call.
+    const auto wait = std::chrono::floor<milliseconds>(timeUntilNextFrame());
+    m_displayTimer.start(std::clamp(wait, milliseconds::zero(), longestWait));
+}
+
+microseconds MPVOpenGLView::timeUntilNextFrame() const {
+    if (!m_renderContext) {
+        return microseconds::zero();
+    }
+    mpv_render_frame_info info{};
+    if (m_functions.renderContextGetInfo(m_renderContext, {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info}) < 0 ||
+        (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) == 0 || info.target_time <= 0) {
+        return microseconds::zero();
+    }
+    return microseconds(info.target_time - m_functions.getTimeUs(m_player));
+}
+
+void MPVOpenGLView::draw() {
+    if (!hasDrawable()) {
+        return;
+    }
+    m_buffers.makeCurrent();
+    renderCurrentFrame();
+    m_buffers.swap();
+    if (m_renderContext) {
+        m_functions.renderContextReportSwap(m_renderContext);
+    }
+    m_buffers.doneCurrent();
+    Q_EMIT contentsChanged();
+    if (std::exchange(m_hasPendingVideoFrame, false) && m_frameRenderedHandler) {
+        m_frameRenderedHandler();
+    }
+}
+
+void MPVOpenGLView::renderCurrentFrame() {
+    const int framebuffer = int(m_buffers.bindBack(m_backingSize));
+    m_buffers.clearToBlack();
+    if (!m_renderContext) {
+        return;
+    }
+    mpv_opengl_fbo target{framebuffer, m_backingSize.width(), m_backingSize.height(), 0};
+    int flip = 1;
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_OPENGL_FBO, &target},
+        {MPV_RENDER_PARAM_FLIP_Y, &flip},
+        {MPV_RENDER_PARAM_INVALID, nullptr},
+    };
+    m_functions.renderContextRender(m_renderContext, parameters);
+    if (m_presentsFramesThroughLayer) {
+        presentCurrentFrame();
+    }
+}
+
+void MPVOpenGLView::presentCurrentFrame() {
+    m_layer->contents = m_buffers.readBack();
+}
+
+void MPVOpenGLView::setHost(QObject *host) {
+    if (m_host == host) {
+        return;
+    }
+    m_host = host;
+    m_backingSize = {};
+    m_displayTimer.stop();
+    Q_EMIT hostChanged();
+}
+
+void MPVOpenGLView::setBackingSize(const QSize &pixels) {
+    if (pixels == m_backingSize) {
+        return;
+    }
+    const bool joinsWindow = !hasDrawable() && !pixels.isEmpty();
+    m_backingSize = pixels;
+    if (joinsWindow && m_renderContext) {
+        consumeRenderUpdates();
+        // Shown anew, even when the player has nothing new. Before its first frame there is nothing to show.
+        m_hasPendingVideoFrame = m_frameAnnounced;
+    }
+    if (hasDrawable()) {
+        setNeedsDisplay();
+    } else {
+        m_displayTimer.stop();
+    }
+}
+
+void MPVOpenGLView::shutdownRenderContext() {
+    if (!onMainThread()) {
+        qFatal("The renderer must be destroyed on the main thread.");
+    }
+    m_displayTimer.stop();
+    m_buffers.makeCurrent();
+    if (m_renderContext) {
+        m_functions.renderContextSetUpdateCallback(m_renderContext, nullptr, nullptr);
+        takeQueuedFrame();
+        m_functions.renderContextFree(m_renderContext);
+        m_renderContext = nullptr;
+        m_player = nullptr;
+    }
+    if (m_layer) {
+        m_layer->contents = {};
+    }
+    m_buffers.release();
+    m_buffers.doneCurrent();
+    m_hasPendingVideoFrame = false;
+    Q_EMIT contentsChanged();
+}
+
+/// Freeing the context ends the player's output thread, which may be waiting, for up to 200 ms, for a frame
+/// that it queued to be taken. So no more frames are let come, and the one that waits is taken unseen.
+void MPVOpenGLView::takeQueuedFrame() {
+    m_functions.setPropertyString(m_player, "pause", "yes");
+    if ((m_functions.renderContextUpdate(m_renderContext) & MPV_RENDER_UPDATE_FRAME) == 0) {
+        return;
+    }
+    int skip = 1;
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
+        {MPV_RENDER_PARAM_INVALID, nullptr},
+    };
+    m_functions.renderContextRender(m_renderContext, parameters);
+    m_functions.renderContextReportSwap(m_renderContext);
+}
