@@ -87,7 +87,7 @@ void MediaCellPreview::startPreview() {
     if (m_controller) {
         return;
     }
-    NotificationCentre::defaultCentre().post(mosaPreviewClaimed, m_item.id());
+    NotificationCentre::defaultCentre().post(NotificationNames::mosaPreviewClaimed, m_item.id());
     m_controller.reset(new MPVPlayerController(m_item.url, true));
     Q_EMIT controllerChanged();
 }
@@ -116,7 +116,7 @@ void MediaCellPreview::setHovering(bool hovering) {
 }
 
 void MediaCellPreview::onNotification(const QString &name, const QVariant &object) {
-    const bool otherClaim = name == mosaPreviewClaimed && object.typeId() == QMetaType::QString &&
+    const bool otherClaim = name == NotificationNames::mosaPreviewClaimed && object.typeId() == QMetaType::QString &&
                             object.toString() != m_item.id();
     if (otherClaim && m_controller) {
         m_exitTimer.stop();
