@@ -154,6 +154,20 @@ AVStream *VideoContainer::videoStream() const {
     return nullptr;
 }
 
+const int32_t *VideoContainer::displayMatrix(const AVStream *stream) {
+    constexpr size_t matrixSize = 9 * sizeof(int32_t);
+#if LIBAVFORMAT_VERSION_MAJOR >= 61
+    const AVPacketSideData *found = av_packet_side_data_get(
+        stream->codecpar->coded_side_data, stream->codecpar->nb_coded_side_data, AV_PKT_DATA_DISPLAYMATRIX);
+    const uint8_t *data = found == nullptr ? nullptr : found->data;
+    const size_t size = found == nullptr ? 0 : found->size;
+#else
+    size_t size = 0;
+    const uint8_t *data = av_stream_get_side_data(stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+#endif
+    return size >= matrixSize ? reinterpret_cast<const int32_t *>(data) : nullptr;
+}
+
 bool VideoContainer::timedOut() const {
     return d->timedOut();
 }

@@ -3,6 +3,7 @@
 #include "FileURL.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 
 struct AVFormatContext;
@@ -28,6 +29,9 @@ public:
     /// The first video stream that is a moving picture (cover art is passed over), or null. Streams of MPEG
     /// and Flash containers may appear only while packets are being read.
     AVStream *videoStream() const;
+    /// How the stream's picture is to be turned, as nine numbers of the form of libavutil's display.h; null
+    /// when it is shown as stored.
+    static const int32_t *displayMatrix(const AVStream *stream);
     /// Whether the time limit has passed; whoever decodes looks at it between frames.
     bool timedOut() const;
 

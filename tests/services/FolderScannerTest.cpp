@@ -1,0 +1,334 @@
+#include "FolderScanner.h"
+
+#include "FileSystemError.h"
+#include "MediaMaker.h"
+#include "TemporaryFolder.h"
+
+#include <QSet>
+#include <QTest>
+
+#include <array>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+/// Enough for any scan of these tests on a busy machine.
+constexpr int patience = 60'000;
+
+QStringList names(const QList<MediaFile> &files) {
+    QStringList list;
+    for (const MediaFile &file : files) {
+        list << file.url.lastPathComponent();
+    }
+    list.sort();
+    return list;
+}
+
+QStringList cardNames(const QList<FolderCard> &cards) {
+    QStringList list;
+    for (const FolderCard &card : cards) {
+        list << card.name;
+    }
+    return list;
+}
+
+} // namespace
+
+class FolderScannerTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<TemporaryFolder> m_temporary;
+
+    const FileURL &root() const { return m_temporary->url(); }
+    FileURL at(const QByteArray &path) const { return m_temporary->at(path); }
+
+    /// A file that is media by name and size, with its folders. Its content is noise unless given.
+    void add(const QByteArray &path, qint64 size = MediaMaker::mediaSize) const {
+        const FileURL url = at(path);
+        const qsizetype slash = path.lastIndexOf('/');
+        QVERIFY(slash < 0 || m_temporary->makeFolder(path.left(slash)));
+        QVERIFY(MediaMaker::write(url, MediaMaker::noise(size)));
+    }
+
+    static QFuture<ScanResult> finished(const FileURL &folder) {
+        QFuture<ScanResult> future = FolderScanner::scan(folder);
+        // Only a test may wait like this.
+        const bool done = QTest::qWaitFor([&] { return future.isFinished(); }, patience);
+        return done ? future : QFuture<ScanResult>();
+    }
+    ScanResult scanned() const {
+        const QFuture<ScanResult> future = finished(root());
+        return future.resultCount() == 1 ? future.result() : ScanResult();
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_temporary = std::make_unique<TemporaryFolder>();
+        QVERIFY(m_temporary->isValid());
+    }
+    void cleanup() { m_temporary.reset(); }
+
+    void recognisesFiles_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<qint64>("size");
+        QTest::addColumn<QString>("kind");
+        const auto row = [](const QByteArray &name, const char *kind, qint64 size = MediaMaker::mediaSize) {
+            QTest::addRow("%s %lld", name.toPercentEncoding().constData(), size)
+                << name << size << QString::fromLatin1(kind);
+        };
+        for (const QByteArray &extension : MediaMaker::videoExtensions()) {
+            row("a." + extension, "video");
+            row("A." + extension.toUpper(), "video");
+        }
+        for (const QByteArray &extension : MediaMaker::photoExtensions()) {
+            row("a." + extension, "photo");
+            row("A." + extension.toUpper(), "photo");
+        }
+        row("just enough.mp4", "video", 50'000);
+        row("too small.mp4", "", 49'999);
+        row("too small.jpg", "", 49'999);
+        row("empty.jpg", "", 0);
+        row("text.txt", "");
+        row("mp4", "");
+        row("dot at end.", "");
+        row("two.mp4.part", "");
+        row("two.tar.jpg", "photo");
+        row(".jpg", "");
+        row(".hidden.jpg", "");
+        row("line\nbreak.jpg", "photo");
+        row("latin \xE9t\xE9.jpg", "photo");
+        row("broken \xFF\xC0.mkv", "video");
+        row("Bild \xC3\xA4 \xF0\x9F\x8C\x85.jpg", "photo");
+        row(QByteArray(251, 'n') + ".jpg", "photo");
+        row("photo.jp\xE9g", "");
+    }
+
+    void recognisesFiles() {
+        QFETCH(QByteArray, name);
+        QFETCH(qint64, size);
+        QFETCH(QString, kind);
+        add(name, size);
+        const ScanResult result = scanned();
+        QCOMPARE(result.folder, root());
+        QCOMPARE(result.videos.size(), kind == u"video" ? 1 : 0);
+        QCOMPARE(result.photos.size(), kind == u"photo" ? 1 : 0);
+        for (const MediaFile &file : result.videos + result.photos) {
+            QCOMPARE(file.url.nativePath(), at(name).nativePath());
+            QCOMPARE(rawValue(file.kind), kind);
+            // Noise has no size of its own.
+            QCOMPARE(file.aspectRatio, kind == u"video" ? 16.0 / 9.0 : 0.75);
+        }
+    }
+
+    void foldsAndCards() {
+        add("own.jpg");
+        add("Clips/1.mp4");
+        add("Clips/deeper/2.mp4");
+        add("Prints/sub/sub/3.png");
+        add("Mixed 10/4.mp4");
+        add("Mixed 10/below/5.jpg");
+        add("Mixed 10/below/6.jpg");
+        add("mixed 9/7.mkv");
+        add("mixed 9/8.png");
+        add("Both inside/inner/9.mkv");
+        add("Both inside/inner/10.png");
+        QVERIFY(m_temporary->makeFolder("Empty/emptier"));
+        add("Text/readme.txt");
+        const ScanResult result = scanned();
+        QCOMPARE(names(result.videos), QStringList({QStringLiteral("1.mp4"), QStringLiteral("2.mp4")}));
+        QCOMPARE(names(result.photos), QStringList({QStringLiteral("3.png"), QStringLiteral("own.jpg")}));
+        QCOMPARE(cardNames(result.folders),
+                 QStringList(
+                     {QStringLiteral("Both inside"), QStringLiteral("mixed 9"), QStringLiteral("Mixed 10")}));
+        QCOMPARE(result.folders[2].itemCount, 3);
+        QCOMPARE(result.folders[2].url, at("Mixed 10"));
+        QCOMPARE(result.folders[0].itemCount, 2);
+    }
+
+    void prunesIgnoredNames() {
+        add("Thumbnails/1.jpg");
+        add("ARCHIVE/2.mp4");
+        add("keep/thumbnail/3.jpg");
+        add("keep/Archive/deep/4.jpg");
+        add("keep/archives/5.jpg");
+        add("keep/.cache/6.jpg");
+        add(".dotted/7.jpg");
+        add("keep/App.app/8.jpg");
+        // Only folders are ignored by name.
+        add("keep/thumbnails.jpg");
+        const ScanResult result = scanned();
+        QCOMPARE(names(result.photos), QStringList({QStringLiteral("5.jpg"), QStringLiteral("8.jpg"),
+                                                    QStringLiteral("thumbnails.jpg")}));
+        QVERIFY(result.videos.isEmpty());
+        QVERIFY(result.folders.isEmpty());
+    }
+
+    void ordersNewestFirst() {
+        // Files made one after the other are as old as their making, where the file system keeps it; the
+        // modification time must then not matter.
+        for (const char *name : {"b.jpg", "a.jpg", "c/d.mp4", "c/e.jpg"}) {
+            add(name);
+            QTest::qSleep(20);
+        }
+        const std::array<timespec, 2> longAgo{timespec{.tv_sec = 1000, .tv_nsec = 0},
+                                              timespec{.tv_sec = 1000, .tv_nsec = 0}};
+        QCOMPARE(utimensat(AT_FDCWD, at("a.jpg").nativePath().constData(), longAgo.data(), 0), 0);
+        struct statx status {};
+        QCOMPARE(statx(AT_FDCWD, at("a.jpg").nativePath().constData(), 0, STATX_BTIME, &status), 0);
+        const bool born = (status.stx_mask & STATX_BTIME) != 0;
+        const ScanResult result = scanned();
+        QCOMPARE(result.photos.size(), 2);
+        QCOMPARE(result.photos.first().url.lastPathComponent(),
+                 born ? QStringLiteral("a.jpg") : QStringLiteral("b.jpg"));
+        QVERIFY(result.photos[0].addedAt > result.photos[1].addedAt);
+        QCOMPARE(result.folders.size(), 1);
+        const auto &representative = result.folders.first().representative;
+        QVERIFY(representative.has_value());
+        QCOMPARE(representative->url.lastPathComponent(), QStringLiteral("e.jpg"));
+    }
+
+    void measures_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<int>("turn");
+        QTest::addColumn<double>("ratio");
+        QTest::newRow("panorama") << QByteArray("p.png") << QSize(4000, 1000) << 1 << 3.5;
+        QTest::newRow("strip") << QByteArray("p.png") << QSize(100, 1000) << 1 << 0.35;
+        QTest::newRow("photo") << QByteArray("p.jpg") << QSize(640, 480) << 1 << 4.0 / 3;
+        QTest::newRow("tag not applied") << QByteArray("p.jpg") << QSize(480, 640) << 6 << 4.0 / 3;
+        QTest::newRow("turned container") << QByteArray("p.heic") << QSize(480, 640) << 6 << 0.75;
+        QTest::newRow("video") << QByteArray("v.mp4") << QSize(320, 240) << 0 << 4.0 / 3;
+        QTest::newRow("turned video") << QByteArray("v.mp4") << QSize(160, 240) << 90 << 2.0 / 3;
+    }
+
+    void measures() {
+        QFETCH(QByteArray, name);
+        QFETCH(QSize, size);
+        QFETCH(int, turn);
+        QFETCH(double, ratio);
+        const bool video = name.startsWith('v');
+        QVERIFY(video ? MediaMaker::video(at(name), {.size = size, .rotation = turn})
+                      : MediaMaker::photo(at(name), {.size = size, .orientation = turn}));
+        const ScanResult result = scanned();
+        const QList<MediaFile> files = video ? result.videos : result.photos;
+        QCOMPARE(files.size(), 1);
+        QCOMPARE(files.first().aspectRatio, ratio);
+    }
+
+    void passesOverWhatIsNoFile() {
+        add("real.jpg");
+        add("elsewhere/target.mp4");
+        const QByteArray folder = root().nativePath();
+        QCOMPARE(mkfifo((folder + "/pipe.jpg").constData(), 0600), 0);
+        QCOMPARE(symlink("real.jpg", (folder + "/link.jpg").constData()), 0);
+        QCOMPARE(symlink("gone.jpg", (folder + "/dangling.jpg").constData()), 0);
+        QCOMPARE(symlink("elsewhere", (folder + "/linked folder").constData()), 0);
+        QCOMPARE(symlink(".", (folder + "/loop").constData()), 0);
+        QCOMPARE(symlink("..", (folder + "/elsewhere/up").constData()), 0);
+        QCOMPARE(mkfifo((folder + "/elsewhere/pipe.mp4").constData(), 0600), 0);
+        const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+        const QByteArray path = folder + "/socket.mp4";
+        QVERIFY(size_t(path.size()) < sizeof address.sun_path);
+        memcpy(&address.sun_path[0], path.constData(), size_t(path.size()));
+        QCOMPARE(bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        close(fd);
+        QVERIFY(m_temporary->makeFolder("folder.jpg"));
+        const ScanResult result = scanned();
+        QCOMPARE(names(result.photos), QStringList(QStringLiteral("real.jpg")));
+        QCOMPARE(names(result.videos), QStringList(QStringLiteral("target.mp4")));
+        QVERIFY(result.folders.isEmpty());
+    }
+
+    void followsLinkThatUserOpened() {
+        add("real/photo.jpg");
+        QCOMPARE(symlink("real", at("opened").nativePath().constData()), 0);
+        const QFuture<ScanResult> future = finished(at("opened"));
+        QCOMPARE(future.resultCount(), 1);
+        QCOMPARE(future.result().photos.size(), 1);
+        QCOMPARE(future.result().photos.first().url, at("opened/photo.jpg"));
+    }
+
+    void failsOnTopFolder_data() {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<int>("code");
+        QTest::newRow("missing") << QByteArray("missing folder") << ENOENT;
+        QTest::newRow("file") << QByteArray("file.jpg") << ENOTDIR;
+        QTest::newRow("pipe") << QByteArray("pipe") << ENOTDIR;
+    }
+
+    void failsOnTopFolder() {
+        QFETCH(QByteArray, path);
+        QFETCH(int, code);
+        add("file.jpg");
+        QCOMPARE(mkfifo(at("pipe").nativePath().constData(), 0600), 0);
+        QFuture<ScanResult> future = finished(at(path));
+        QVERIFY(future.isFinished());
+        try {
+            future.waitForFinished();
+            QFAIL("no error");
+        } catch (const FileSystemError &error) {
+            QCOMPARE(error.code(), code);
+            QVERIFY2(error.message().contains(QString::fromLatin1(path)), qPrintable(error.message()));
+        }
+    }
+
+    void passesOverUnreadableSubfolders() {
+        if (geteuid() == 0) {
+            QSKIP("root reads every folder");
+        }
+        add("locked/1.jpg");
+        add("half/locked/2.jpg");
+        add("half/3.jpg");
+        QCOMPARE(chmod(at("locked").nativePath().constData(), 0), 0);
+        QCOMPARE(chmod(at("half/locked").nativePath().constData(), 0), 0);
+        const ScanResult result = scanned();
+        const QFuture<ScanResult> top = finished(at("locked"));
+        chmod(at("locked").nativePath().constData(), 0700);
+        chmod(at("half/locked").nativePath().constData(), 0700);
+        QCOMPARE(names(result.photos), QStringList(QStringLiteral("3.jpg")));
+        QCOMPARE(top.resultCount(), 0);
+    }
+
+    void emptyFolder() {
+        const QFuture<ScanResult> future = finished(root());
+        QCOMPARE(future.resultCount(), 1);
+        const ScanResult result = future.result();
+        QVERIFY(result.videos.isEmpty() && result.photos.isEmpty() && result.folders.isEmpty());
+    }
+
+    void cancellation() {
+        for (int i = 0; i < 2000; ++i) {
+            QVERIFY(MediaMaker::write(at(QByteArray::number(i) + ".txt"), "x"));
+        }
+        QFuture<ScanResult> future = FolderScanner::scan(root());
+        future.cancel();
+        QVERIFY(QTest::qWaitFor([&] { return future.isFinished(); }, patience));
+        QVERIFY(future.isCanceled());
+        QCOMPARE(future.resultCount(), 0);
+    }
+
+    void manyScansAtOnce() {
+        add("a.jpg");
+        add("m/b.jpg");
+        add("m/c.mp4");
+        QList<QFuture<ScanResult>> futures;
+        for (int i = 0; i < 20; ++i) {
+            futures << FolderScanner::scan(root());
+        }
+        for (QFuture<ScanResult> &future : futures) {
+            QVERIFY(QTest::qWaitFor([&] { return future.isFinished(); }, patience));
+            QCOMPARE(future.result().photos.size(), 1);
+            QCOMPARE(future.result().folders.size(), 1);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(FolderScannerTest)
+#include "FolderScannerTest.moc"
