@@ -1,0 +1,50 @@
+#pragma once
+
+#include "FileDescriptor.h"
+#include "FileURL.h"
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <system_error>
+
+/// A file of the user's that is about to be copied, moved or trashed, held by its folder and its name so that
+/// renaming a folder above it changes nothing. One thread at a time.
+class SourceFile {
+public:
+    /// Looks the file up without opening it. None for anything but a regular file, a link to one included,
+    /// with errno set.
+    static std::optional<SourceFile> find(const FileURL &url);
+
+    int folder() const { return m_folder.get(); }
+    const QByteArray &name() const { return m_name; }
+    /// As find() saw it, later as open() did.
+    const struct stat &status() const { return m_status; }
+    int descriptor() const { return m_file.get(); }
+
+    /// Opens the content for reading; fails when another file has taken the name since find().
+    std::error_code open();
+    /// False when the folder's rights alone already forbid to take the file away from it.
+    std::error_code checkRemovable() const;
+    /// Fails with ESTALE unless the open file still is what it was when it was opened: same name, content
+    /// size, times and attributes.
+    std::error_code checkUnchanged() const;
+    /// Removes the file from its folder, if it is unchanged. Whatever happens meanwhile, no other file that
+    /// takes the name is removed; on failure the name is given back.
+    std::error_code remove() const;
+    /// True when the file, changed or not, certainly still has its name.
+    bool isInPlace() const;
+
+private:
+    SourceFile(FileDescriptor folder, QByteArray name, const struct stat &status)
+        : m_folder(std::move(folder)), m_name(std::move(name)), m_status(status) {}
+
+    enum class Compared { everything, contentOnly };
+    std::error_code compare(const struct stat &other, Compared compared) const;
+    std::error_code removeHidden(const QByteArray &hidden) const;
+
+    FileDescriptor m_folder;
+    QByteArray m_name;
+    struct stat m_status;
+    FileDescriptor m_file;
+};
