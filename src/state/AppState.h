@@ -49,6 +49,7 @@ class AppState : public QObject {
 public:
     /// What the state needs of the world, injected so that its logic runs without one.
     struct Services {
+        /// A superseded scan's future is cancelled.
         std::function<QFuture<ScanResult>(const FileURL &)> scan;
         /// Whether the URL is a folder, asked off the main thread; a failed read answers false.
         std::function<QFuture<bool>(const FileURL &)> isDirectory;
@@ -63,6 +64,7 @@ public:
     };
 
     explicit AppState(Services services, QObject *parent = nullptr);
+    ~AppState() override;
 
     const std::optional<FileURL> &folder() const { return m_folder; }
     const QList<MediaFile> &videos() const { return m_videos; }
@@ -141,8 +143,36 @@ private:
     QVariant statusMessageVariant() const;
     QVariant operationProgressVariant() const;
 
+    void assignLists(const FileURL &folder, const QList<MediaFile> &videos, const QList<MediaFile> &photos,
+                     const QList<FolderCard> &folders);
+    void assignVideos(const QList<MediaFile> &videos);
+    void assignPhotos(const QList<MediaFile> &photos);
+    void assignFlags(const QSet<QString> &flags);
+    /// After a change of m_flags in place.
+    void publishFlags();
+    void assignHiddenVideos(const QSet<QString> &hidden);
+    void assignFullItem(const std::optional<MediaFile> &item);
+    void assignIsScanning(bool scanning);
+    void assignErrorMessage(const std::optional<QString> &message);
+    void assignStatusMessage(const std::optional<QString> &message);
+    void assignOperationProgress(const std::optional<double> &progress);
+    void changeCurrentMedia();
+
+    FolderSnapshot snapshot() const;
+    /// Makes whatever openFolder has under way end without a trace.
+    void abandonScan();
+    void scan(const FileURL &folder);
+    void finishScan(const QFuture<ScanResult> &scan);
     void apply(const ScanResult &result);
+    void rememberFolder(const FileURL &folder);
+
+    QList<MediaFile> filteredMedia() const;
+
+    FileOperations::Progress progressReporter();
+    void startTrash(const QList<FileURL> &files);
     void performFileOperation(FileOperationKind kind);
+    void startTransfer(const QList<FileURL> &files, const FileURL &folder, FileOperationKind kind);
+    void finishTransfer(const FileTransferResult &result, FileOperationKind kind);
     void removeFromBrowser(const QSet<QString> &paths);
 
     Services m_services;
@@ -162,4 +192,11 @@ private:
     std::optional<double> m_operationProgress;
     bool m_arrangeOpen = false;
     QList<FolderSnapshot> m_history;
+    /// currentMedia() as of the last read; none after a change of what it is made of.
+    mutable std::optional<QList<MediaFile>> m_currentMedia;
+    /// Tells the answers of the latest opening from those of abandoned ones.
+    quint64 m_opening = 0;
+    QFuture<ScanResult> m_scan;
+    /// A chooser or an alert of this object waits for its answer; it is modal, so no second one is shown.
+    bool m_asking = false;
 };
