@@ -1,0 +1,154 @@
+#include "ImageSource.h"
+
+#include "AreaReducer.h"
+#include "CodedColour.h"
+
+#include <QColorSpace>
+
+#include <memory>
+
+#include <libheif/heif.h>
+
+namespace {
+
+struct HeifDeleter {
+    void operator()(heif_context *context) const { heif_context_free(context); }
+    void operator()(heif_image_handle *handle) const { heif_image_handle_release(handle); }
+    void operator()(heif_image *image) const { heif_image_release(image); }
+    void operator()(heif_decoding_options *options) const { heif_decoding_options_free(options); }
+    void operator()(heif_color_profile_nclx *profile) const { heif_nclx_color_profile_free(profile); }
+};
+
+template <typename Type>
+using Heif = std::unique_ptr<Type, HeifDeleter>;
+
+bool ok(const heif_error &error) {
+    return error.code == heif_error_Ok;
+}
+
+/// The file as libheif reads it; must outlive the context.
+struct Reader {
+    const RegularFile &file;
+    const ImageDecoder::Cancelled &cancelled;
+    qint64 position = 0;
+
+    static int64_t tell(void *self) { return static_cast<Reader *>(self)->position; }
+
+    static int read(void *target, size_t size, void *opaque) {
+        auto *self = static_cast<Reader *>(opaque);
+        const bool stop = self->cancelled && self->cancelled();
+        if (stop || self->file.read(self->position, target, qint64(size)) != qint64(size)) {
+            return -1;
+        }
+        self->position += qint64(size);
+        return 0;
+    }
+
+    static int seek(int64_t position, void *self) {
+        static_cast<Reader *>(self)->position = position;
+        return 0;
+    }
+
+    static heif_reader_grow_status waitForSize(int64_t size, void *self) {
+        return size <= static_cast<Reader *>(self)->file.size() ? heif_reader_grow_status_size_reached
+                                                                : heif_reader_grow_status_size_beyond_eof;
+    }
+};
+
+constexpr heif_reader readerFunctions{.reader_api_version = 1,
+                                      .get_position = Reader::tell,
+                                      .read = Reader::read,
+                                      .seek = Reader::seek,
+                                      .wait_for_file_size = Reader::waitForSize};
+
+QColorSpace colorSpace(const heif_image_handle *handle) {
+    switch (heif_image_handle_get_color_profile_type(handle)) {
+    case heif_color_profile_type_rICC:
+    case heif_color_profile_type_prof: {
+        const size_t size = heif_image_handle_get_raw_color_profile_size(handle);
+        constexpr size_t largestProfile = 16 << 20;
+        if (size == 0 || size > largestProfile) {
+            return {};
+        }
+        QByteArray bytes(qsizetype(size), Qt::Uninitialized);
+        const bool read = ok(heif_image_handle_get_raw_color_profile(handle, bytes.data()));
+        return read ? QColorSpace::fromIccProfile(bytes) : QColorSpace();
+    }
+    case heif_color_profile_type_nclx: {
+        heif_color_profile_nclx *raw = nullptr;
+        const bool read = ok(heif_image_handle_get_nclx_color_profile(handle, &raw));
+        const Heif<heif_color_profile_nclx> profile(raw);
+        return read && profile != nullptr
+                   ? CodedColour::colorSpace(profile->color_primaries, profile->transfer_characteristics)
+                   : QColorSpace();
+    }
+    default:
+        return {};
+    }
+}
+
+QImage::Format format(const heif_image_handle *handle) {
+    if (heif_image_handle_has_alpha_channel(handle) == 0) {
+        return QImage::Format_RGB888;
+    }
+    return heif_image_handle_is_premultiplied_alpha(handle) != 0 ? QImage::Format_RGBA8888_Premultiplied
+                                                                 : QImage::Format_RGBA8888;
+}
+
+Heif<heif_image> decode(const heif_image_handle *handle, heif_chroma chroma) {
+    const Heif<heif_decoding_options> options(heif_decoding_options_alloc());
+    if (options == nullptr) {
+        return nullptr;
+    }
+    options->convert_hdr_to_8bit = 1;
+    heif_image *image = nullptr;
+    const bool decoded = ok(heif_decode_image(handle, &image, heif_colorspace_RGB, chroma, options.get()));
+    Heif<heif_image> result(image);
+    return decoded ? std::move(result) : nullptr;
+}
+
+} // namespace
+
+namespace ImageSource {
+
+QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
+                const ImageDecoder::Cancelled &cancelled) {
+    Reader reader{.file = file, .cancelled = cancelled};
+    const Heif<heif_context> context(heif_context_alloc());
+    if (context == nullptr ||
+        !ok(heif_context_read_from_reader(context.get(), &readerFunctions, &reader, nullptr))) {
+        return {};
+    }
+    heif_image_handle *primary = nullptr;
+    const bool found = ok(heif_context_get_primary_image_handle(context.get(), &primary));
+    const Heif<heif_image_handle> handle(primary);
+    if (!found) {
+        return {};
+    }
+    // The planes as coded, a second set while they are turned, and the interleaved pixels.
+    constexpr qint64 bytesPerPixel = 7;
+    const qint64 pixels =
+        qint64(heif_image_handle_get_width(primary)) * heif_image_handle_get_height(primary);
+    if (pixels <= 0 || pixels > ImageDecoder::memoryLimit / bytesPerPixel) {
+        return {};
+    }
+    const QImage::Format pixelFormat = format(primary);
+    const Heif<heif_image> decoded =
+        decode(primary, pixelFormat == QImage::Format_RGB888 ? heif_chroma_interleaved_RGB
+                                                             : heif_chroma_interleaved_RGBA);
+    if (decoded == nullptr) {
+        return {};
+    }
+    const QSize size(heif_image_get_width(decoded.get(), heif_channel_interleaved),
+                     heif_image_get_height(decoded.get(), heif_channel_interleaved));
+    int stride = 0;
+    const uint8_t *plane = heif_image_get_plane_readonly(decoded.get(), heif_channel_interleaved, &stride);
+    if (plane == nullptr || size.isEmpty()) {
+        return {};
+    }
+    QImage image(plane, size.width(), size.height(), stride, pixelFormat);
+    image.setColorSpace(colorSpace(primary));
+    return toSRGB(AreaReducer::reduce(image, targetSize(size)));
+}
+
+} // namespace ImageSource

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ImageDecoder.h"
+#include "RegularFile.h"
+
+#include <QSize>
+
+/// What the decoders of the single formats share. Only for the sources of ImageDecoder.
+namespace ImageSource {
+
+/// Chooses how large a picture of the given stored size is to come out.
+using TargetSize = std::function<QSize(QSize)>;
+
+/// For the container family of HEIC, HEIF and AVIF.
+QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
+                const ImageDecoder::Cancelled &cancelled);
+
+/// For everything that Qt reads; the format is one of Qt's names.
+QImage readWithQt(const RegularFile &file, const QByteArray &format, const TargetSize &targetSize,
+                  const ImageDecoder::Cancelled &cancelled);
+
+/// The picture in sRGB. Pictures that name no colour space are taken to be sRGB already.
+QImage toSRGB(QImage image);
+
+} // namespace ImageSource
