@@ -148,7 +148,7 @@ QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
     }
     QImage image(plane, size.width(), size.height(), stride, pixelFormat);
     image.setColorSpace(colorSpace(primary));
-    return toSRGB(AreaReducer::reduce(image, targetSize(size)));
+    return finished(AreaReducer::reduce(image, targetSize(size)));
 }
 
 } // namespace ImageSource

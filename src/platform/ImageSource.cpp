@@ -6,6 +6,9 @@
 #include <QColorSpace>
 #include <QImageIOHandler>
 #include <QImageReader>
+#include <QTransform>
+
+#include <algorithm>
 
 namespace {
 
@@ -17,7 +20,9 @@ QImage transformed(QImage image, QImageIOHandler::Transformations transformation
         image = std::move(image).mirrored(mirror, flip);
     }
     if (transformation.testFlag(QImageIOHandler::TransformationRotate90)) {
+        const QColorSpace space = image.colorSpace();
         image = image.transformed(QTransform().rotate(90));
+        image.setColorSpace(space);
     }
     return image;
 }
@@ -25,6 +30,17 @@ QImage transformed(QImage image, QImageIOHandler::Transformations transformation
 qint64 bytesNeeded(QSize size, QImage::Format format) {
     const int depth = format == QImage::Format_Invalid ? 32 : QImage::toPixelFormat(format).bitsPerPixel();
     return qint64(size.width()) * size.height() * depth / 8;
+}
+
+/// Formats and palettes with room for alpha are often filled without it.
+bool isOpaque(const QImage &image) {
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        if (std::any_of(line, line + image.width(), [](QRgb pixel) { return qAlpha(pixel) != 255; })) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -59,7 +75,12 @@ QImage readWithQt(const RegularFile &file, const QByteArray &format, const Targe
     if (image.isNull() || image.width() < target.width() || image.height() < target.height()) {
         return {};
     }
-    return transformed(toSRGB(AreaReducer::reduce(image, target)), transformation);
+    return transformed(finished(AreaReducer::reduce(image, target)), transformation);
+}
+
+QImage finished(QImage image) {
+    image = toSRGB(std::move(image));
+    return image.hasAlphaChannel() && isOpaque(image) ? image.convertToFormat(QImage::Format_RGB32) : image;
 }
 
 QImage toSRGB(QImage image) {

@@ -19,6 +19,9 @@ QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
 QImage readWithQt(const RegularFile &file, const QByteArray &format, const TargetSize &targetSize,
                   const ImageDecoder::Cancelled &cancelled);
 
+/// A decoded and reduced picture of 32 bits a pixel as ImageDecoder hands it out, but for its turn.
+QImage finished(QImage image);
+
 /// The picture in sRGB. Pictures that name no colour space are taken to be sRGB already.
 QImage toSRGB(QImage image);
 

@@ -3,6 +3,9 @@
 #include "VideoContainer.h"
 #include "VideoFrameScaler.h"
 
+#include <QColorSpace>
+#include <QTransform>
+
 #include <cmath>
 #include <memory>
 
@@ -28,7 +31,9 @@ using Decoder = std::unique_ptr<AVCodecContext, AvDeleter>;
 /// How far a damaged or strange stream is followed before another way is tried.
 constexpr int mostPackets = 2000;
 
-/// One attempt at a still of one video.
+enum class Place { sampleTime, start };
+
+/// One attempt at a still of one freshly opened video.
 class Extraction {
 public:
     Extraction(VideoContainer &container, AVStream *stream)
@@ -40,7 +45,7 @@ public:
         }
     }
 
-    Frame frame();
+    Frame frame(Place place);
 
 private:
     static Decoder open(const AVStream *stream);
@@ -85,9 +90,12 @@ double sampleTime(const AVFormatContext *context, const AVStream *stream) {
     return std::isfinite(duration) && duration > 0 ? duration * 0.2 : 1.0;
 }
 
-Frame Extraction::frame() {
+Frame Extraction::frame(Place place) {
     if (m_decoder == nullptr || m_packet == nullptr) {
         return nullptr;
+    }
+    if (place == Place::start) {
+        return firstFrame();
     }
     const double time = sampleTime(m_container.context(), m_stream);
     if (seek(time)) {
@@ -100,9 +108,7 @@ Frame Extraction::frame() {
             }
         }
     }
-    // The time lies behind the end, or nothing there can be decoded.
-    seek(0);
-    return firstFrame();
+    return nullptr;
 }
 
 bool Extraction::seek(double seconds) {
@@ -186,31 +192,43 @@ QTransform uprightTransform(const AVStream *stream, const AVFrame *frame) {
     return {0, sign(matrix[1]), sign(matrix[3]), 0, 0, 0};
 }
 
-} // namespace
-
-namespace VideoStill {
-
-QImage frame(const FileURL &url, int maxPixelSize) {
-    const auto container = VideoContainer::open(url, std::chrono::seconds(timeLimit));
+QImage stillAt(Place place, const FileURL &url, int maxPixelSize) {
+    const auto container = VideoContainer::open(url, std::chrono::seconds(VideoStill::timeLimit));
     if (container == nullptr) {
         return {};
     }
+    AVFormatContext *context = container->context();
     AVStream *stream = container->videoStream();
-    if (!isComplete(container->context(), stream)) {
-        avformat_find_stream_info(container->context(), nullptr);
+    if (!isComplete(context, stream)) {
+        avformat_find_stream_info(context, nullptr);
         stream = container->videoStream();
     }
     if (stream == nullptr) {
         return {};
     }
-    const Frame frame = Extraction(*container, stream).frame();
+    const Frame frame = Extraction(*container, stream).frame(place);
     if (frame == nullptr) {
         return {};
     }
-    const AVRational pixelShape = av_guess_sample_aspect_ratio(container->context(), stream, frame.get());
-    const QImage scaled = VideoFrameScaler::scaled(*frame, av_q2d(pixelShape), maxPixelSize);
+    const double pixelShape = av_q2d(av_guess_sample_aspect_ratio(context, stream, frame.get()));
+    const QImage scaled = VideoFrameScaler::scaled(*frame, pixelShape, maxPixelSize);
     const QTransform upright = uprightTransform(stream, frame.get());
-    return upright.isIdentity() ? scaled : scaled.transformed(upright);
+    if (upright.isIdentity()) {
+        return scaled;
+    }
+    QImage turned = scaled.transformed(upright);
+    turned.setColorSpace(scaled.colorSpace());
+    return turned;
+}
+
+} // namespace
+
+namespace VideoStill {
+
+QImage frame(const FileURL &url, int maxPixelSize) {
+    const QImage still = stillAt(Place::sampleTime, url, maxPixelSize);
+    // The sample time may lie behind the end of the data, or nothing there can be decoded.
+    return still.isNull() ? stillAt(Place::start, url, maxPixelSize) : still;
 }
 
 } // namespace VideoStill
