@@ -1,0 +1,38 @@
+#pragma once
+
+#include "MPVFunctions.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QStringList>
+
+/// Stands in for the player library: writes down every call, in order, and answers what the test prepared.
+/// One at a time.
+class RecordingMPV {
+public:
+    RecordingMPV();
+    ~RecordingMPV();
+    RecordingMPV(const RecordingMPV &) = delete;
+    RecordingMPV &operator=(const RecordingMPV &) = delete;
+
+    const MPVFunctions &functions() const;
+    /// The calls since the last take, one text each: the entry point's name and its texts.
+    QStringList take() { return std::exchange(calls, {}); }
+    /// What mpv's threads do when a frame is to be drawn.
+    void notify() const;
+
+    QStringList calls;
+    bool createFails = false;
+    int initializeStatus = 0;
+    int renderContextStatus = 0;
+    bool framePending = false;
+    /// Microseconds from now until the pending frame is due.
+    int64_t frameDueIn = 0;
+    QHash<QByteArray, QByteArray> properties;
+    /// The raw arguments of the last command.
+    QList<QByteArray> lastCommand;
+    int textsToFree = 0;
+
+    void (*callback)(void *) = nullptr;
+    void *callbackContext = nullptr;
+};
