@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// Real mounts for a test, seen by its process and its children only: they go with it.
+namespace PrivateMounts {
+
+/// Call first in main(), while the process has one thread. Where it fails the tests run without mounts.
+void enter();
+/// Empty when mounts can be made, else why this machine forbids them.
+QString unavailable();
+
+} // namespace PrivateMounts
+
+/// A small file system in memory on a directory, made for it, until the end of the object's life.
+class MemoryMount {
+public:
+    /// Options of tmpfs, as in "size=1m".
+    MemoryMount(QByteArray path, const QByteArray &options);
+    MemoryMount(const MemoryMount &) = delete;
+    MemoryMount &operator=(const MemoryMount &) = delete;
+    ~MemoryMount();
+
+    bool isMounted() const { return m_mounted; }
+    const QByteArray &path() const { return m_path; }
+    bool makeReadOnly() const;
+
+private:
+    QByteArray m_path;
+    bool m_mounted = false;
+};
