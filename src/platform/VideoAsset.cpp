@@ -3,6 +3,9 @@
 #include "SampleAspect.h"
 #include "VideoContainer.h"
 
+#include <QSize>
+
+#include <algorithm>
 #include <cmath>
 
 extern "C" {
@@ -24,25 +27,34 @@ struct PacketFreer {
 };
 using Packet = std::unique_ptr<AVPacket, PacketFreer>;
 
-std::optional<double> codedAspect(const AVStream &stream, std::span<const quint8> bytes) {
-    switch (stream.codecpar->codec_id) {
-    case AV_CODEC_ID_H264:
-        return SampleAspect::ofH264(bytes);
-    case AV_CODEC_ID_MPEG1VIDEO:
-    case AV_CODEC_ID_MPEG2VIDEO:
-        return SampleAspect::ofMpegVideo(bytes);
-    default:
-        return std::nullopt;
-    }
+bool codecTellsAspect(AVCodecID codec) {
+    return codec == AV_CODEC_ID_H264 || codec == AV_CODEC_ID_MPEG1VIDEO || codec == AV_CODEC_ID_MPEG2VIDEO;
 }
 
-/// Pixel width divided by height: what the container says, else what the coded bytes say, else square.
-double aspectOf(AVFormatContext *context, AVStream &stream, std::span<const quint8> coded) {
+std::optional<double> codedAspect(AVCodecID codec, std::span<const quint8> bytes) {
+    return codec == AV_CODEC_ID_H264 ? SampleAspect::ofH264(bytes) : SampleAspect::ofMpegVideo(bytes);
+}
+
+std::optional<double> containerAspect(AVFormatContext *context, AVStream &stream) {
     const AVRational told = av_guess_sample_aspect_ratio(context, &stream, nullptr);
-    if (told.num > 0 && told.den > 0) {
-        return double(told.num) / told.den;
+    return told.num > 0 && told.den > 0 ? std::optional(double(told.num) / told.den) : std::nullopt;
+}
+
+std::span<const quint8> extradata(const AVCodecParameters &coded) {
+    return {coded.extradata, size_t(std::max(coded.extradata_size, 0))};
+}
+
+/// Pixel width divided by height: what the container says, else what the codec says, else square.
+double aspectOf(AVFormatContext *context, AVStream &stream, std::span<const quint8> packet) {
+    if (const auto told = containerAspect(context, stream)) {
+        return *told;
     }
-    return codedAspect(stream, coded).value_or(1);
+    const AVCodecParameters &coded = *stream.codecpar;
+    if (!codecTellsAspect(coded.codec_id)) {
+        return 1;
+    }
+    const auto inHeader = codedAspect(coded.codec_id, extradata(coded));
+    return inHeader ? *inHeader : codedAspect(coded.codec_id, packet).value_or(1);
 }
 
 QSizeF turned(const QSizeF &size, const int32_t *matrix) {
@@ -60,13 +72,13 @@ QSizeF turned(const QSizeF &size, const int32_t *matrix) {
         (std::abs(double(matrix[1])) * size.width() + std::abs(double(matrix[4])) * size.height()) / scaleY};
 }
 
-Size displayed(const VideoContainer &container, AVStream &stream, int width, int height,
-               std::span<const quint8> coded) {
-    if (width <= 0 || height <= 0) {
+Size displayed(const VideoContainer &container, AVStream &stream, QSize stored,
+               std::span<const quint8> packet) {
+    if (stored.isEmpty()) {
         return std::nullopt;
     }
-    const double aspect = aspectOf(container.context(), stream, coded);
-    return turned({width * aspect, double(height)}, VideoContainer::displayMatrix(&stream));
+    const double aspect = aspectOf(container.context(), stream, packet);
+    return turned({stored.width() * aspect, double(stored.height())}, VideoContainer::displayMatrix(&stream));
 }
 
 /// What the container's header alone tells, in most formats all.
@@ -75,9 +87,14 @@ Size sizeFromHeader(const VideoContainer &container) {
     if (stream == nullptr) {
         return std::nullopt;
     }
-    const AVCodecParameters &coded = *stream->codecpar;
-    return displayed(container, *stream, coded.width, coded.height,
-                     {coded.extradata, size_t(std::max(coded.extradata_size, 0))});
+    return displayed(container, *stream, {stream->codecpar->width, stream->codecpar->height}, {});
+}
+
+/// Whether the pixels' shape may stand at the head of the coded video and nowhere before.
+bool aspectMayFollow(const VideoContainer &container) {
+    AVStream *stream = container.videoStream();
+    return stream != nullptr && codecTellsAspect(stream->codecpar->codec_id) &&
+           stream->codecpar->extradata_size == 0 && !containerAspect(container.context(), *stream);
 }
 
 /// Reads packets until the stream's parser has met the head of a picture: broadcast and Flash containers do
@@ -91,11 +108,11 @@ Size sizeFromPackets(const VideoContainer &container) {
         AVStream *stream = container.videoStream();
         if (stream != nullptr && stream->index == packet->stream_index) {
             const AVCodecParserContext *parser = av_stream_get_parser(stream);
-            const bool parsed = parser != nullptr && parser->width > 0;
+            const QSize stored = parser != nullptr && parser->width > 0
+                                     ? QSize(parser->width, parser->height)
+                                     : QSize(stream->codecpar->width, stream->codecpar->height);
             const std::span<const quint8> coded(packet->data, size_t(std::max(packet->size, 0)));
-            const Size size = displayed(container, *stream, parsed ? parser->width : stream->codecpar->width,
-                                        parsed ? parser->height : stream->codecpar->height, coded);
-            if (size) {
+            if (const Size size = displayed(container, *stream, stored, coded)) {
                 return size;
             }
         }
@@ -111,8 +128,9 @@ std::optional<QSizeF> VideoAsset::displaySize(const FileURL &url) {
     if (container == nullptr) {
         return std::nullopt;
     }
-    if (const Size size = sizeFromHeader(*container)) {
-        return size;
+    const Size fromHeader = sizeFromHeader(*container);
+    if (fromHeader && !aspectMayFollow(*container)) {
+        return fromHeader;
     }
     const bool streamsMayFollow = (container->context()->ctx_flags & AVFMTCTX_NOHEADER) != 0;
     if (container->videoStream() == nullptr && !streamsMayFollow) {
@@ -120,6 +138,9 @@ std::optional<QSizeF> VideoAsset::displaySize(const FileURL &url) {
     }
     if (const Size size = sizeFromPackets(*container)) {
         return size;
+    }
+    if (fromHeader) {
+        return fromHeader;
     }
     // The dear way out wants to see the file from its start.
     container = VideoContainer::open(url, timeLimit);

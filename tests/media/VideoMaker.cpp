@@ -33,8 +33,9 @@ Format formatOf(const QByteArray &extension) {
         {"mpg", {"mpeg", "mpeg2video"}},
         {"mts", {"mpegts", "libx264", {QStringLiteral("-mpegts_m2ts_mode"), QStringLiteral("1")}}},
         {"ogv", {"ogg", "libtheora"}},
-        {"rm", {"rm", "rv10"}},
-        {"rmvb", {"rm", "rv20"}},
+        // RealMedia takes no packet over 64 kB.
+        {"rm", {"rm", "rv10", {QStringLiteral("-qmin"), QStringLiteral("12")}}},
+        {"rmvb", {"rm", "rv20", {QStringLiteral("-qmin"), QStringLiteral("12")}}},
         {"ts", {"mpegts", "libx264"}},
         {"webm", {"webm", "libvpx"}},
         {"wmv", {"asf", "wmv2"}},

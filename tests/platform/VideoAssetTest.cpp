@@ -1,0 +1,163 @@
+#include "VideoAsset.h"
+
+#include "MediaMaker.h"
+#include "TemporaryFolder.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <cmath>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using MediaMaker::VideoOptions;
+Q_DECLARE_METATYPE(VideoOptions)
+
+namespace {
+
+/// Far more than any of these files may cost, even on a busy machine.
+constexpr qint64 patience = 30'000;
+
+} // namespace
+
+class VideoAssetTest : public QObject {
+    Q_OBJECT
+
+    TemporaryFolder m_folder;
+
+    static double ratioOf(const FileURL &url) {
+        const auto size = VideoAsset::displaySize(url);
+        return size ? size->width() / size->height() : 0;
+    }
+
+private Q_SLOTS:
+    void displaySize_data() {
+        QTest::addColumn<QByteArray>("extension");
+        QTest::addColumn<VideoOptions>("options");
+        QTest::addColumn<double>("ratio");
+        for (const QByteArray &extension : MediaMaker::videoExtensions()) {
+            QTest::newRow(extension.constData()) << extension << VideoOptions{} << 4.0 / 3;
+            QTest::addRow("%s with sound", extension.constData())
+                << extension << VideoOptions{.size = {352, 288}, .audio = true} << 352.0 / 288;
+        }
+        for (const char *extension : {"mp4", "mov", "m4v", "3gp"}) {
+            for (const int turn : {90, 180, 270}) {
+                QTest::addRow("%s turned by %d", extension, turn)
+                    << QByteArray(extension) << VideoOptions{.size = {160, 240}, .rotation = turn} << 2.0 / 3;
+            }
+        }
+        // Stored pixels that are wider than high, in every container that can tell it or whose codec does.
+        for (const char *extension :
+             {"mp4", "mkv", "webm", "ts", "m2ts", "mts", "flv", "mpg", "ogv", "wmv"}) {
+            QTest::addRow("%s anamorphic", extension)
+                << QByteArray(extension) << VideoOptions{.size = {352, 288}, .sampleAspect = "16:11"}
+                << 352.0 / 288 * 16 / 11;
+        }
+        QTest::newRow("mpeg-1 anamorphic")
+            << QByteArray("mpeg") << VideoOptions{.size = {352, 288}, .sampleAspect = "12:11"}
+            << 352.0 / 288 * 12 / 11;
+        QTest::newRow("turned and anamorphic")
+            << QByteArray("mp4") << VideoOptions{.size = {240, 320}, .rotation = 90, .sampleAspect = "2:1"}
+            << 240.0 / 640;
+        QTest::newRow("index first") << QByteArray("mp4") << VideoOptions{.indexAtEnd = false} << 4.0 / 3;
+        QTest::newRow("hevc in ts") << QByteArray("ts") << VideoOptions{.codec = "libx265"} << 4.0 / 3;
+        QTest::newRow("mpeg-2 in ts")
+            << QByteArray("ts")
+            << VideoOptions{.size = {352, 288}, .sampleAspect = "16:11", .codec = "mpeg2video"}
+            << 352.0 / 288 * 16 / 11;
+        QTest::newRow("h263 in flv") << QByteArray("flv") << VideoOptions{.codec = "flv"} << 4.0 / 3;
+        QTest::newRow("vp9 in mkv") << QByteArray("mkv") << VideoOptions{.codec = "libvpx-vp9"} << 4.0 / 3;
+        for (const char *extension : {"mp4", "mkv", "avi", "ts", "mpg", "flv", "ogv", "wmv", "rm"}) {
+            QTest::addRow("%s without picture", extension)
+                << QByteArray(extension) << VideoOptions{.seconds = 8, .video = false} << 0.0;
+        }
+    }
+
+    void displaySize() {
+        QFETCH(QByteArray, extension);
+        QFETCH(VideoOptions, options);
+        QFETCH(double, ratio);
+        const FileURL url = m_folder.at("video." + extension);
+        QVERIFY(MediaMaker::video(url, options));
+        const double measured = ratioOf(url);
+        QVERIFY2(std::abs(measured - ratio) < 0.01, qPrintable(QString::number(measured)));
+    }
+
+    void damagedFiles_data() {
+        QTest::addColumn<QByteArray>("extension");
+        for (const QByteArray &extension : MediaMaker::videoExtensions()) {
+            QTest::newRow(extension.constData()) << extension;
+        }
+    }
+
+    /// Whatever the damage, an answer comes, and it is a size or none.
+    void damagedFiles() {
+        QFETCH(QByteArray, extension);
+        const FileURL whole = m_folder.at("whole." + extension);
+        QVERIFY(MediaMaker::video(whole));
+        const QByteArray content = MediaMaker::read(whole);
+        QList<QByteArray> variants{{},
+                                   QByteArray(60'000, '\0'),
+                                   MediaMaker::noise(60'000),
+                                   content.left(content.size() / 2),
+                                   content.left(200),
+                                   content.left(400) + MediaMaker::noise(60'000),
+                                   content.mid(1)};
+        for (quint32 seed = 0; seed < 15; ++seed) {
+            QByteArray mutated = content;
+            const QByteArray changes = MediaMaker::noise(30, seed);
+            // Headers lie at either end.
+            for (qsizetype i = 0; i + 2 < changes.size(); i += 3) {
+                const qsizetype place =
+                    (uchar(changes[i]) << 4 | uchar(changes[i + 1]) >> 4) % content.size();
+                mutated[i % 2 == 0 ? place : content.size() - 1 - place] = changes[i + 2];
+            }
+            variants << mutated;
+        }
+        const FileURL damaged = m_folder.at("damaged." + extension);
+        QElapsedTimer timer;
+        for (qsizetype i = 0; i < variants.size(); ++i) {
+            QVERIFY(MediaMaker::write(damaged, variants[i]));
+            timer.start();
+            const auto size = VideoAsset::displaySize(damaged);
+            QVERIFY(!size || (size->width() > 0 && size->height() > 0));
+            QVERIFY2(timer.elapsed() < patience, qPrintable(QStringLiteral("variant %1").arg(i)));
+        }
+    }
+
+    void refusesWhatIsNoFile() {
+        const FileURL pipe = m_folder.at("pipe.mp4");
+        QCOMPARE(mkfifo(pipe.nativePath().constData(), 0600), 0);
+        QVERIFY(!VideoAsset::displaySize(pipe));
+        QVERIFY(!VideoAsset::displaySize(FileURL::fromNativePath("/dev/zero")));
+        QVERIFY(!VideoAsset::displaySize(m_folder.at("missing.mp4")));
+        QVERIFY(!VideoAsset::displaySize(m_folder.url()));
+        const FileURL real = m_folder.at("real.mp4");
+        QVERIFY(MediaMaker::video(real));
+        QCOMPARE(symlink("real.mp4", m_folder.at("link.mp4").nativePath().constData()), 0);
+        QVERIFY(!VideoAsset::displaySize(m_folder.at("link.mp4")));
+    }
+
+    void readsNamesOfAnyBytes() {
+        for (const QByteArray &name : {QByteArray("caf\xE9 %d.mp4"), QByteArray("two\nlines.mp4"),
+                                       QByteArray(251, 'x') + ".mp4", QByteArray("http:x?.mp4")}) {
+            QVERIFY(MediaMaker::video(m_folder.at(name)));
+            QVERIFY(VideoAsset::displaySize(m_folder.at(name)).has_value());
+        }
+    }
+
+    /// A playlist under a video's name must not lead to other files.
+    void opensNothingElse() {
+        QVERIFY(MediaMaker::video(m_folder.at("target.ts")));
+        const FileURL list = m_folder.at("list.ts");
+        QVERIFY(MediaMaker::write(
+            list, "#EXTM3U\n#EXT-X-TARGETDURATION:10\n#EXTINF:2,\ntarget.ts\n#EXT-X-ENDLIST\n"));
+        QVERIFY(!VideoAsset::displaySize(list));
+        QVERIFY(MediaMaker::write(list, "ffconcat version 1.0\nfile target.ts\n"));
+        QVERIFY(!VideoAsset::displaySize(list));
+    }
+};
+
+QTEST_GUILESS_MAIN(VideoAssetTest)
+#include "VideoAssetTest.moc"
