@@ -94,7 +94,9 @@ bool showsPattern(const QImage &image) {
 }
 
 bool write(const FileURL &target, const QByteArray &content) {
-    const int fd = ::open(target.nativePath().constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    // Anew instead of over: file systems flush a file that is truncated and written.
+    ::unlink(target.nativePath().constData());
+    const int fd = ::open(target.nativePath().constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (fd < 0) {
         qWarning() << "cannot create" << target.path() << qt_error_string(errno);
         return false;

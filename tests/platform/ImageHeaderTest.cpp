@@ -1,0 +1,255 @@
+#include "ImageHeader.h"
+
+#include "MediaMaker.h"
+#include "TemporaryFolder.h"
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTest>
+#include <QtEndian>
+
+#include <random>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QByteArray little16(int value) {
+    QByteArray bytes(2, '\0');
+    qToLittleEndian(quint16(value), bytes.data());
+    return bytes;
+}
+QByteArray little32(qint64 value) {
+    QByteArray bytes(4, '\0');
+    qToLittleEndian(quint32(value), bytes.data());
+    return bytes;
+}
+QByteArray big32(qint64 value) {
+    QByteArray bytes(4, '\0');
+    qToBigEndian(quint32(value), bytes.data());
+    return bytes;
+}
+
+QByteArray encoded(const char *format, const QImage &image, const char *subType = "") {
+    QBuffer buffer;
+    QImageWriter writer(&buffer, format);
+    writer.setSubType(subType);
+    return buffer.open(QIODevice::WriteOnly) && writer.write(image) ? buffer.data() : QByteArray();
+}
+
+/// Image headers without an image, made by hand from the formats' public descriptions.
+namespace Header {
+
+QByteArray bmp(int length, int width, int height) {
+    const bool old = length == 12;
+    return "BM" + QByteArray(12, '\0') + little32(length) + (old ? little16(width) : little32(width)) +
+           (old ? little16(height) : little32(height)) + QByteArray(64, '\0');
+}
+
+QByteArray gif(int width, int height) {
+    return "GIF89a" + little16(width) + little16(height) + QByteArray(64, '\0');
+}
+
+QByteArray webp(const QByteArray &chunk) {
+    return "RIFF" + little32(1000) + "WEBP" + chunk + QByteArray(64, '\0');
+}
+
+QByteArray bigTiff(qint64 width, qint64 height) {
+    const auto entry = [](int tag, qint64 value) {
+        return little16(tag) + little16(4) + little32(1) + little32(0) + little32(value) + little32(0);
+    };
+    return QByteArray("II+\0\x08\0\0\0", 8) + little32(16) + little32(0) + little32(2) + little32(0) +
+           entry(256, width) + entry(257, height) + QByteArray(64, '\0');
+}
+
+/// A JPEG whose size comes after many and long segments.
+QByteArray longJpeg(int segments) {
+    QByteArray bytes("\xFF\xD8", 2);
+    for (int i = 0; i < segments; ++i) {
+        bytes += QByteArray("\xFF\xE2\xFF\xFF", 4) + QByteArray(65533, char(0xC0));
+    }
+    return bytes + QByteArray("\xFF\xFF\xFF\xC2\x00\x11\x08\x01\x00\x02\x00", 11) + QByteArray(20, '\0');
+}
+
+QByteArray png(qint64 width, qint64 height, bool phone = false) {
+    return QByteArray("\x89PNG\r\n\x1A\n", 8) +
+           (phone ? big32(4) + "CgBI" + QByteArray(8, '\0') : QByteArray()) + big32(13) + "IHDR" +
+           big32(width) + big32(height) + QByteArray(64, '\0');
+}
+
+} // namespace Header
+
+} // namespace
+
+class ImageHeaderTest : public QObject {
+    Q_OBJECT
+
+    TemporaryFolder m_folder;
+
+    std::optional<QSize> sizeOf(const QByteArray &content) const {
+        const FileURL url = m_folder.at("probe.bin");
+        return MediaMaker::write(url, content) ? ImageHeader::pixelSize(url) : std::nullopt;
+    }
+
+private Q_SLOTS:
+    void madePhotos_data() {
+        QTest::addColumn<QByteArray>("extension");
+        for (const QByteArray &extension : MediaMaker::photoExtensions()) {
+            QTest::newRow(extension.constData()) << extension;
+        }
+    }
+
+    void madePhotos() {
+        QFETCH(QByteArray, extension);
+        for (const QSize size : {QSize(640, 480), QSize(100, 1000), QSize(65, 33)}) {
+            const FileURL url = m_folder.at("photo." + extension);
+            QVERIFY(MediaMaker::photo(url, {.size = size}));
+            QCOMPARE(ImageHeader::pixelSize(url), size);
+            // The content decides, not the name.
+            QCOMPARE(rename(url.nativePath().constData(), m_folder.at("other.name").nativePath().constData()),
+                     0);
+            QCOMPARE(ImageHeader::pixelSize(m_folder.at("other.name")), size);
+        }
+    }
+
+    void orientation() {
+        for (int orientation = 1; orientation <= 8; ++orientation) {
+            const QSize upright(384, 256);
+            const FileURL jpeg = m_folder.at("turned.jpg");
+            QVERIFY(MediaMaker::photo(jpeg, {.size = upright, .orientation = orientation}));
+            QCOMPARE(ImageHeader::pixelSize(jpeg), orientation >= 5 ? upright.transposed() : upright);
+            for (const char *name : {"turned.heic", "turned.avif"}) {
+                QVERIFY(MediaMaker::photo(m_folder.at(name), {.size = upright, .orientation = orientation}));
+                QCOMPARE(ImageHeader::pixelSize(m_folder.at(name)), upright);
+            }
+        }
+    }
+
+    void handMade_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QSize>("size");
+        const QSize none;
+        const auto row = [](const char *name, const QByteArray &content, const QSize &size) {
+            QTest::newRow(name) << content << size;
+        };
+        row("bmp", Header::bmp(40, 300, 200), {300, 200});
+        row("bmp from the top", Header::bmp(40, 300, -200), {300, 200});
+        row("bmp of OS/2", Header::bmp(12, 300, 200), {300, 200});
+        row("bmp of negative width", Header::bmp(40, -300, 200), none);
+        row("bmp of least height", Header::bmp(40, 300, std::numeric_limits<int>::min()), none);
+        row("bmp of odd header", Header::bmp(8, 300, 200), none);
+        row("gif", Header::gif(65535, 2), {65535, 2});
+        row("gif without width", Header::gif(0, 2), none);
+        row("webp lossy",
+            Header::webp("VP8 " + little32(900) + QByteArray("\x10\0\0\x9D\x01\x2A", 6) +
+                         little16(300 | 0x4000) + little16(200)),
+            {300, 200});
+        row("webp lossless", Header::webp("VP8L" + little32(900) + "\x2F" + little32(299 | 199 << 14)),
+            {300, 200});
+        row("webp extended",
+            Header::webp("VP8X" + little32(10) + little32(0) + little32(16383).left(3) +
+                         little32(199).left(3)),
+            {16384, 200});
+        row("webp unknown", Header::webp("VP9 " + little32(900)), none);
+        row("big tiff", Header::bigTiff(70'000, 2), {70'000, 2});
+        row("tiff that begins nowhere", QByteArray("II*\0\xF0\xFF\xFF\xFF", 8) + QByteArray(100, '\0'), none);
+        row("png", Header::png(300, 200), {300, 200});
+        row("png of phones", Header::png(300, 200, true), {300, 200});
+        row("png too large", Header::png(0x80000000, 200), none);
+        row("png of no height", Header::png(300, 0), none);
+        row("bomb", Header::png(2'000'000'000, 2'000'000'000), {2'000'000'000, 2'000'000'000});
+        row("jpeg after 4 MB", Header::longJpeg(64), {512, 256});
+        row("jpeg without picture", Header::longJpeg(1).left(60'000), none);
+        row("jpeg of scan first", QByteArray("\xFF\xD8\xFF\xDA\0\x08", 6) + QByteArray(60, '\0'), none);
+        row("jpeg of short segment", QByteArray("\xFF\xD8\xFF\xE0\0\x01", 6) + QByteArray(60, '\0'), none);
+        row("empty", "", none);
+        row("one byte", "\xFF", none);
+        row("text", "Not an image at all, and long enough to look for one.", none);
+        row("zeros", QByteArray(50'000, '\0'), none);
+        row("noise", MediaMaker::noise(50'000), none);
+        row("box file of nothing", big32(24) + "ftypheic" + big32(0) + "heicmif1" + QByteArray(1000, '\0'),
+            none);
+    }
+
+    void handMade() {
+        QFETCH(QByteArray, content);
+        QFETCH(QSize, size);
+        QCOMPARE(sizeOf(content), size.isValid() ? std::optional(size) : std::nullopt);
+    }
+
+    void formatsOfTheToolkit() {
+        const QImage image = MediaMaker::pattern({37, 23});
+        for (const QImage::Format format :
+             {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_Grayscale8, QImage::Format_ARGB32,
+              QImage::Format_RGBA64}) {
+            const QImage converted = image.convertToFormat(format);
+            for (const char *name : {"png", "bmp", "tiff", "webp", "jpeg"}) {
+                QCOMPARE(sizeOf(encoded(name, converted)), image.size());
+            }
+        }
+    }
+
+    void truncatedAndMutated_data() { madePhotos_data(); }
+
+    /// Real files with bytes changed at random, mostly in the head: the answer is a size that could be, or
+    /// none, and it comes at once.
+    void truncatedAndMutated() {
+        QFETCH(QByteArray, extension);
+        const FileURL url = m_folder.at("small." + extension);
+        QVERIFY(MediaMaker::photo(url, {.size = {65, 33}, .minimumBytes = 0}));
+        const QByteArray whole = MediaMaker::read(url);
+        const bool slow = extension.startsWith("he") || extension == "avif";
+        std::mt19937 random(20);
+        QElapsedTimer timer;
+        timer.start();
+        for (int round = 0; round < (slow ? 1500 : 4000); ++round) {
+            QByteArray changed = whole;
+            const auto head = quint32(std::min<qsizetype>(changed.size(), round % 3 == 0 ? 64 : 700));
+            for (quint32 change = 0; change <= random() % 6; ++change) {
+                changed[random() % head] =
+                    round % 2 == 0 ? char(random()) : char(random() % 2 == 0 ? 0 : 0xFF);
+            }
+            if (round % 5 == 0) {
+                changed.truncate(random() % changed.size());
+            }
+            const auto size = sizeOf(changed);
+            QVERIFY(!size || (size->width() > 0 && size->height() > 0));
+        }
+        QVERIFY2(timer.elapsed() < 120'000, "a changed file took long");
+    }
+
+    void refusesWhatIsNoFile() {
+        const FileURL pipe = m_folder.at("pipe.jpg");
+        QCOMPARE(mkfifo(pipe.nativePath().constData(), 0600), 0);
+        QVERIFY(!ImageHeader::pixelSize(pipe));
+        QVERIFY(!ImageHeader::pixelSize(FileURL::fromNativePath("/dev/zero")));
+        QVERIFY(!ImageHeader::pixelSize(m_folder.url()));
+        QVERIFY(!ImageHeader::pixelSize(m_folder.at("missing.jpg")));
+        QVERIFY(MediaMaker::write(m_folder.at("real.png"), Header::png(300, 200)));
+        QCOMPARE(symlink("real.png", m_folder.at("link.png").nativePath().constData()), 0);
+        QVERIFY(!ImageHeader::pixelSize(m_folder.at("link.png")));
+        QVERIFY(ImageHeader::pixelSize(m_folder.at("real.png")).has_value());
+    }
+
+    /// Longer than the kernel takes in one call.
+    void readsLongPaths() {
+        QByteArray path = m_folder.url().nativePath();
+        QCOMPARE(chdir(path.constData()), 0);
+        const QByteArray name(250, 'd');
+        for (int i = 0; i < 20; ++i) {
+            QCOMPARE(mkdir(name.constData(), 0700), 0);
+            QCOMPARE(chdir(name.constData()), 0);
+            path += '/' + name;
+        }
+        QVERIFY(MediaMaker::write(FileURL::fromNativePath("photo.png"), Header::png(300, 200)));
+        QCOMPARE(chdir("/"), 0);
+        QVERIFY(path.size() > 5000);
+        QCOMPARE(ImageHeader::pixelSize(FileURL::fromNativePath(path + "/photo.png")), QSize(300, 200));
+    }
+};
+
+QTEST_GUILESS_MAIN(ImageHeaderTest)
+#include "ImageHeaderTest.moc"
