@@ -1,7 +1,8 @@
 #include "FileURL.h"
 
 #include <QDir>
-#include <QStringDecoder>
+
+#include <algorithm>
 
 namespace {
 
@@ -33,6 +34,19 @@ qsizetype sequenceLength(const uchar *s, qsizetype left) {
     return 0;
 }
 
+/// The character of a valid sequence.
+char32_t codePoint(const uchar *s, qsizetype length) {
+    if (length == 1) {
+        return s[0];
+    }
+    // The lead byte gives up one bit for each byte of the sequence and one more.
+    char32_t point = s[0] & (0x7FU >> length);
+    for (qsizetype i = 1; i < length; ++i) {
+        point = point << 6 | (s[i] & 0x3FU);
+    }
+    return point;
+}
+
 QByteArray normalized(QByteArray path) {
     while (path.size() > 1 && path.endsWith('/')) {
         path.chop(1);
@@ -40,29 +54,56 @@ QByteArray normalized(QByteArray path) {
     return path;
 }
 
+/// What comes after the colon of "file:", as a path; none when it names another machine.
+std::optional<QByteArray> pathOfFileURI(QByteArray rest) {
+    if (rest.startsWith("//")) {
+        const qsizetype slash = rest.indexOf('/', 2);
+        const QByteArray host = slash < 0 ? rest.mid(2) : rest.mid(2, slash - 2);
+        if (slash < 0 || (!host.isEmpty() && host.toLower() != "localhost")) {
+            return std::nullopt;
+        }
+        rest = rest.mid(slash);
+    }
+    return QByteArray::fromPercentEncoding(rest);
+}
+
+/// The path that a URI or a plain path stands for, perhaps relative.
+std::optional<QByteArray> localPath(const QByteArray &argument) {
+    const qsizetype colon = argument.indexOf(':');
+    const QByteArray scheme = argument.left(std::max<qsizetype>(colon, 0)).toLower();
+    const QByteArray rest = argument.mid(colon + 1);
+    if (scheme == "file" && rest.startsWith('/')) {
+        return pathOfFileURI(rest);
+    }
+    const bool foreign = !scheme.isEmpty() && !scheme.contains('/') && rest.startsWith("//");
+    return foreign ? std::nullopt : std::optional(argument);
+}
+
 } // namespace
 
 QString FileURL::decode(const QByteArray &bytes) {
-    QString text;
-    text.reserve(bytes.size());
+    // Not QString::fromUtf8(), which drops a byte order mark and replaces what it does not know.
+    QString text(bytes.size(), Qt::Uninitialized);
     const auto *s = reinterpret_cast<const uchar *>(bytes.constData());
-    qsizetype at = 0;
-    while (at < bytes.size()) {
-        qsizetype end = at;
-        while (end < bytes.size()) {
-            const qsizetype length = sequenceLength(s + end, bytes.size() - end);
-            if (length == 0) {
-                break;
-            }
-            end += length;
-        }
-        text += QString::fromUtf8(bytes.constData() + at, end - at);
-        at = end;
-        if (at < bytes.size()) {
-            text += QChar(char16_t(firstEscape + (s[at] - 0x80)));
+    qsizetype length = 0;
+    const auto put = [&](char32_t unit) { text[length++] = QChar(char16_t(unit)); };
+    for (qsizetype at = 0; at < bytes.size();) {
+        const qsizetype sequence = sequenceLength(s + at, bytes.size() - at);
+        if (sequence == 0) {
+            put(firstEscape + (s[at] - 0x80U));
             ++at;
+            continue;
         }
+        const char32_t point = codePoint(s + at, sequence);
+        if (QChar::requiresSurrogates(point)) {
+            put(QChar::highSurrogate(point));
+            put(QChar::lowSurrogate(point));
+        } else {
+            put(point);
+        }
+        at += sequence;
     }
+    text.truncate(length);
     return text;
 }
 
@@ -112,22 +153,11 @@ std::optional<FileURL> FileURL::fromArgument(const QByteArray &argument, const Q
     if (argument.isEmpty()) {
         return std::nullopt;
     }
-    QByteArray path = argument;
-    const QByteArray scheme = argument.left(argument.indexOf(':')).toLower();
-    const bool hasScheme =
-        argument.indexOf("://") == scheme.size() && !scheme.isEmpty() && !scheme.contains('/');
-    if (hasScheme) {
-        if (scheme != "file") {
-            return std::nullopt;
-        }
-        const QByteArray rest = argument.mid(qsizetype(sizeof "file://") - 1);
-        const qsizetype slash = rest.indexOf('/');
-        const QByteArray host = rest.left(slash).toLower();
-        if (slash < 0 || (!host.isEmpty() && host != "localhost")) {
-            return std::nullopt;
-        }
-        path = QByteArray::fromPercentEncoding(rest.mid(slash));
+    const auto local = localPath(argument);
+    if (!local) {
+        return std::nullopt;
     }
+    QByteArray path = *local;
     if (path.contains('\0')) {
         return std::nullopt;
     }
@@ -150,6 +180,9 @@ QString FileURL::pathExtension() const {
 }
 
 FileURL FileURL::deletingLastPathComponent() const {
+    if (isEmpty()) {
+        return {};
+    }
     const qsizetype slash = m_path.lastIndexOf('/');
     return directory(slash <= 0 ? QByteArray("/") : m_path.left(slash));
 }

@@ -27,7 +27,7 @@ public:
     static FileURL directory(const QByteArray &path);
     /// From path(), the reverse of the mapping above.
     static FileURL fromPath(const QString &path);
-    /// From what the desktop or a command line hands over: a file:// URI (percent-encoded, host empty or
+    /// From what the desktop or a command line hands over: a file URI (percent-encoded, host absent, empty or
     /// "localhost") or a plain path, made absolute against workingDirectory. None for another scheme or "".
     static std::optional<FileURL> fromArgument(const QByteArray &argument,
                                                const QByteArray &workingDirectory);

@@ -1,0 +1,72 @@
+#include "FolderCard.h"
+#include "MediaFile.h"
+#include "MediaKind.h"
+
+#include <QSet>
+#include <QTest>
+
+class MediaRecordsTest : public QObject {
+    Q_OBJECT
+
+    static MediaFile sample() {
+        return {.url = FileURL::fromNativePath("/a/b.mp4"),
+                .kind = MediaKind::video,
+                .addedAt = Timestamp(std::chrono::seconds(7)),
+                .aspectRatio = 1.5};
+    }
+
+private Q_SLOTS:
+    void kinds() {
+        for (const MediaKind kind : {MediaKind::video, MediaKind::photo}) {
+            QCOMPARE(mediaKindFromRawValue(rawValue(kind)), std::optional(kind));
+        }
+        QCOMPARE(rawValue(MediaKind::video), QStringLiteral("video"));
+        QCOMPARE(rawValue(MediaKind::photo), QStringLiteral("photo"));
+        for (const char *other : {"Video", "photo ", "", "videos"}) {
+            QVERIFY(!mediaKindFromRawValue(QString::fromLatin1(other)));
+        }
+    }
+
+    void everyFieldCounts() {
+        const MediaFile file = sample();
+        QList<MediaFile> others(4, file);
+        others[0].url = FileURL::fromNativePath("/a/c.mp4");
+        others[1].kind = MediaKind::photo;
+        others[2].addedAt += std::chrono::nanoseconds(1);
+        others[3].aspectRatio = 1.25;
+        for (const MediaFile &other : others) {
+            QVERIFY(other != file);
+            QVERIFY(qHash(other) != qHash(file));
+        }
+        QCOMPARE(others[3].id(), file.id());
+        QCOMPARE(sample(), file);
+        QCOMPARE(qHash(sample()), qHash(file));
+    }
+
+    void signedZerosAreOne() {
+        MediaFile plus = sample();
+        MediaFile minus = sample();
+        plus.aspectRatio = 0.0;
+        minus.aspectRatio = -0.0;
+        QCOMPARE(plus, minus);
+        QCOMPARE(qHash(plus), qHash(minus));
+    }
+
+    void cards() {
+        const FolderCard card{.url = FileURL::directory("/a"),
+                              .name = QStringLiteral("a"),
+                              .itemCount = 2,
+                              .representative = sample()};
+        FolderCard without = card;
+        without.representative.reset();
+        FolderCard another = card;
+        another.representative->aspectRatio = 1;
+        QVERIFY(card != without && card != another && without != another);
+        const QSet<FolderCard> set{card, without, another, card};
+        QCOMPARE(set.size(), 3);
+        QCOMPARE(card.id(), QStringLiteral("/a"));
+    }
+};
+
+QTEST_GUILESS_MAIN(MediaRecordsTest)
+#include "MediaRecordsTest.moc"
