@@ -34,6 +34,7 @@ private Q_SLOTS:
     void stepsNowhereFromAnItemThatDroppedOut();
     void movesVideos_data();
     void movesVideos();
+    void resetsTheOrder();
 
 private:
     std::unique_ptr<AppStateFixture> m_fixture;
@@ -169,6 +170,15 @@ void AppStateBrowsingTest::movesVideos() {
     QFETCH(int, destination);
     m_state->moveVideo(from, destination);
     QTEST(names(m_state->videos()), "order");
+}
+
+void AppStateBrowsingTest::resetsTheOrder() {
+    m_state->moveVideo(0, 3);
+    m_state->moveVideo(3, 0);
+    m_state->setPage(1);
+    m_state->resetVideoOrder();
+    QCOMPARE(names(m_state->videos()), QStringLiteral("v0 v1 v2 v3"));
+    QCOMPARE(m_state->page(), 0);
 }
 
 QTEST_GUILESS_MAIN(AppStateBrowsingTest)

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "MediaFile.h"
+
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+
+/// The media of the page on screen, as rows with the one role "item". An item that stays on the page keeps
+/// its row, so that the cell that shows it keeps its state. Main thread.
+class MediaPageModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ANONYMOUS
+
+public:
+    enum Role { ItemRole = Qt::UserRole };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    const QList<MediaFile> &items() const { return m_items; }
+    /// Becomes the given list by removing, moving, inserting and updating rows; items are told apart by path.
+    void setItems(const QList<MediaFile> &items);
+
+private:
+    void removeAllBut(const QList<MediaFile> &items);
+    void place(const MediaFile &item, int row);
+
+    QList<MediaFile> m_items;
+};
