@@ -1,15 +1,22 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Mosa.App
 import Mosa.State
 import Mosa.UI
 
-// Everything in the window: what the program shows, and what a title bar would have offered.
+// Everything in the window: what the program shows, and what a title bar and a menu bar would have offered.
 Item {
     id: root
 
     required property AppState state
     required property MainWindow host
+    required property MenuCommands menuCommands
+    required property MosaUpdaterController updater
+
+    function openMenu(position: point): void {
+        menu.popup(root, position.x, position.y);
+    }
 
     ContentView {
         anchors.fill: parent
@@ -17,13 +24,62 @@ Item {
     }
 
     WindowControls {
+        id: controls
+
         host: root.host
         visible: !root.host.fullScreen
+        onMenuRequested: root.openMenu(Qt.point(x, height - 6))
     }
 
     ResizeBands {
         anchors.fill: parent
         host: root.host
         visible: !root.host.fullScreen && !root.host.maximised
+    }
+
+    MainMenu {
+        id: menu
+
+        menuCommands: root.menuCommands
+    }
+
+    UpdatesDialog {
+        updater: root.updater
+    }
+
+    AboutPanel {
+        id: about
+    }
+
+    Instantiator {
+        model: root.menuCommands.commands
+        delegate: Shortcut {
+            required property MenuCommand modelData
+
+            sequence: modelData.shortcut
+            context: Qt.ApplicationShortcut
+            enabled: modelData.enabled && modelData.shortcut !== ""
+            onActivated: modelData.trigger()
+        }
+    }
+
+    Shortcut {
+        sequences: ["F10", "Menu"]
+        context: Qt.ApplicationShortcut
+        onActivated: root.openMenu(Qt.point(controls.x, controls.height - 6))
+    }
+
+    Connections {
+        target: root.host
+        function onMenuRequested(position: point): void {
+            root.openMenu(position);
+        }
+    }
+
+    Connections {
+        target: root.menuCommands
+        function onAboutRequested(): void {
+            about.open();
+        }
     }
 }

@@ -1,14 +1,112 @@
 #include "MosaApp.h"
 
 #include "AppState.h"
+#include "ApplicationIdentity.h"
+#include "BackgroundTask.h"
+#include "DesktopFileManager.h"
+#include "FolderScanner.h"
 #include "MainWindow.h"
+#include "MenuCommands.h"
+#include "MosaUpdaterController.h"
+
+#include <QGuiApplication>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto endLimit = 2000ms;
+
+} // namespace
 
 MosaApp::MosaApp()
-    : m_state(std::make_unique<AppState>(AppState::Services{})), m_window(std::make_unique<MainWindow>()) {
-    m_window->setInitialProperties({{QStringLiteral("state"), QVariant::fromValue(m_state.get())},
-                                    {QStringLiteral("host"), QVariant::fromValue(m_window.get())}});
-    m_window->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Mosa/App/MainScene.qml")));
-    m_window->open();
+    : m_sessionBus(QDBusConnection::sessionBus()),
+      m_instance(m_sessionBus, ApplicationIdentity::applicationId, ApplicationIdentity::objectPath) {
+    m_appDelegate.applicationWillFinishLaunching();
+    connect(&m_instance, &SingleInstance::running, this, &MosaApp::openWindow);
+    connect(&m_instance, &SingleInstance::handedOver, this, [] { QCoreApplication::quit(); });
+    connectDesktop();
 }
 
 MosaApp::~MosaApp() = default;
+
+void MosaApp::start(const std::optional<FileURL> &folder) {
+    m_firstFolder = folder;
+    m_instance.start(folder);
+}
+
+void MosaApp::connectDesktop() {
+    DesktopApplication &desktop = m_instance.application();
+    connect(&desktop, &DesktopApplication::activated, this, &MosaApp::activate);
+    connect(&desktop, &DesktopApplication::openRequested, this, [this](const QList<QByteArray> &uris) {
+        QList<FileURL> urls;
+        for (const QByteArray &uri : uris) {
+            if (const auto url = FileURL::fromArgument(uri, QByteArray("/"))) {
+                urls.append(*url);
+            }
+        }
+        m_appDelegate.applicationOpen(urls);
+    });
+    connect(&desktop, &DesktopApplication::actionRequested, this, [this](const QString &action) {
+        MenuCommand *command = m_menuCommands ? m_menuCommands->command(action) : nullptr;
+        if (command != nullptr) {
+            command->trigger();
+        }
+    });
+}
+
+void MosaApp::openWindow() {
+    m_fileManager = std::make_unique<DesktopFileManager>(m_sessionBus);
+    AppState::Services services;
+    services.scan = [](const FileURL &url) { return FolderScanner::scan(url); };
+    services.trash = FileOperations::trash;
+    services.transfer = FileOperations::transfer;
+    m_state = std::make_unique<AppState>(std::move(services));
+    m_updater = std::make_unique<MosaUpdaterController>(QDBusConnection::systemBus(),
+                                                        ApplicationIdentity::packageName);
+    m_window = std::make_unique<MainWindow>(nullptr, m_fileManager.get());
+    m_menuCommands = std::make_unique<MenuCommands>(
+        MenuCommands::Targets{*m_state, *m_updater, *m_fileManager, *m_window});
+    m_window->setInitialProperties(
+        {{QStringLiteral("state"), QVariant::fromValue(m_state.get())},
+         {QStringLiteral("host"), QVariant::fromValue(m_window.get())},
+         {QStringLiteral("menuCommands"), QVariant::fromValue(m_menuCommands.get())},
+         {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}});
+    m_window->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Mosa/App/MainScene.qml")));
+    m_window->open();
+    if (m_firstFolder) {
+        m_appDelegate.applicationOpen({*m_firstFolder});
+    }
+}
+
+void MosaApp::activate(const QByteArray &token) {
+    if (!m_window) {
+        return;
+    }
+    if (!token.isEmpty()) {
+        // Where the window system's plugin looks for it.
+        qputenv("XDG_ACTIVATION_TOKEN", token);
+    }
+    if (m_window->windowStates().testFlag(Qt::WindowMinimized)) {
+        m_window->setWindowStates(m_window->windowStates() & ~Qt::WindowMinimized);
+    }
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+void MosaApp::quit() {
+    if (m_window) {
+        m_window->close();
+    }
+    // Also when there is no window yet, or none that could be the last one closed.
+    QCoreApplication::quit();
+}
+
+bool MosaApp::end() {
+    m_window.reset();
+    m_menuCommands.reset();
+    m_updater.reset();
+    m_state.reset();
+    m_fileManager.reset();
+    return BackgroundTask::finish(endLimit);
+}

@@ -1,17 +1,48 @@
 #pragma once
 
+#include "FileURL.h"
+#include "MosaAppDelegate.h"
+#include "SingleInstance.h"
+
 #include <memory>
+#include <optional>
 
 class AppState;
+class FileManager;
 class MainWindow;
+class MenuCommands;
+class MosaUpdaterController;
 
 /// Owns the program's long-lived objects for the whole run.
-class MosaApp {
+///
+/// The end, in order: the window with its scene, whose views shut their players down; the state, which gives
+/// up its scan and file work; the thumbnails; then the tasks that still run are waited for a moment.
+class MosaApp : public QObject {
+    Q_OBJECT
+
 public:
     MosaApp();
-    ~MosaApp();
+    ~MosaApp() override;
+
+    /// Opens the window and the folder, or hands the folder to the Mosa that runs already and quits.
+    void start(const std::optional<FileURL> &folder);
+    void quit();
+    /// After the event loop. False when some file system does not answer: the process is then to end without
+    /// unwinding the threads that wait for it.
+    bool end();
 
 private:
+    void openWindow();
+    void connectDesktop();
+    void activate(const QByteArray &token);
+
+    QDBusConnection m_sessionBus;
+    MosaAppDelegate m_appDelegate;
+    SingleInstance m_instance;
+    std::optional<FileURL> m_firstFolder;
+    std::unique_ptr<FileManager> m_fileManager;
     std::unique_ptr<AppState> m_state;
+    std::unique_ptr<MosaUpdaterController> m_updater;
     std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<MenuCommands> m_menuCommands;
 };

@@ -9,6 +9,8 @@ Item {
     // In the coordinates of a 12 x 12 circle.
     required property string glyph
     required property string name
+    // Whether the glyph stands on a disc, as those that act on the window do.
+    property bool circle: true
     property color hoverColor: Qt.rgba(1, 1, 1, 0.32)
     signal activated
 
@@ -27,7 +29,7 @@ Item {
         width: 12
         height: 12
         radius: 6
-        color: area.containsMouse ? root.hoverColor : Qt.rgba(1, 1, 1, 0.16)
+        color: !root.circle ? "transparent" : area.containsMouse ? root.hoverColor : Qt.rgba(1, 1, 1, 0.16)
         opacity: area.pressed ? 0.7 : 1
         border.width: root.activeFocus ? 1 : 0
         border.color: "white"
@@ -37,6 +39,7 @@ Item {
 
             anchors.fill: parent
             opacity: area.containsMouse || root.activeFocus ? 1 : 0.55
+            Component.onCompleted: root.glyphChanged.connect(requestPaint)
             onPaint: {
                 const context = getContext("2d");
                 context.reset();

@@ -3,13 +3,14 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Mosa.UI
 
-// Close, minimise and zoom, in the leading 76 points of the window's top 48.
+// Close, minimise, zoom and the menu, in the leading 76 points of the window's top 48.
 Row {
     id: root
 
     required property MainWindow host
+    signal menuRequested
 
-    x: 8
+    x: 6
     height: 48
 
     WindowControl {
@@ -28,7 +29,15 @@ Row {
     WindowControl {
         anchors.verticalCenter: parent.verticalCenter
         name: qsTr("Zoom")
-        glyph: root.host.maximised ? "M 4 6 L 8 6 M 6 4 L 6 8" : "M 3.8 6 L 8.2 6 M 6 3.8 L 6 8.2"
+        glyph: root.host.maximised ? "M 4.2 4.2 L 7.8 4.2 L 7.8 7.8 L 4.2 7.8 Z" : "M 3.8 6 L 8.2 6 M 6 3.8 L 6 8.2"
         onActivated: root.host.toggleMaximised()
+    }
+    WindowControl {
+        anchors.verticalCenter: parent.verticalCenter
+        name: qsTr("Menu")
+        circle: false
+        glyph: "M 2 3 L 10 3 M 2 6 L 10 6 M 2 9 L 10 9"
+        onActivated: root.menuRequested()
+        Accessible.role: Accessible.ButtonMenu
     }
 }

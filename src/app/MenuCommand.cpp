@@ -1,0 +1,26 @@
+#include "MenuCommand.h"
+
+MenuCommand::MenuCommand(Menu menu, QString name, QString title, const QKeySequence &shortcut,
+                         QObject *parent)
+    : QObject(parent), m_menu(menu), m_name(std::move(name)), m_title(std::move(title)),
+      m_shortcut(shortcut) {}
+
+void MenuCommand::setTitle(const QString &title) {
+    if (m_title != title) {
+        m_title = title;
+        Q_EMIT titleChanged();
+    }
+}
+
+void MenuCommand::setEnabled(bool enabled) {
+    if (m_enabled != enabled) {
+        m_enabled = enabled;
+        Q_EMIT enabledChanged();
+    }
+}
+
+void MenuCommand::trigger() {
+    if (m_enabled) {
+        Q_EMIT triggered();
+    }
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "MenuCommand.h"
+
+#include <QList>
+#include <QQmlListProperty>
+
+class AppState;
+class FileManager;
+class MainWindow;
+class MosaUpdaterController;
+
+/// The program's menu commands, in the order in which menus show them. Main thread.
+class MenuCommands : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(QQmlListProperty<MenuCommand> commands READ commandList CONSTANT)
+
+public:
+    /// What the commands act on; all of it outlives this.
+    struct Targets {
+        AppState &state;
+        MosaUpdaterController &updater;
+        FileManager &fileManager;
+        MainWindow &window;
+    };
+
+    explicit MenuCommands(const Targets &targets, QObject *parent = nullptr);
+
+    const QList<MenuCommand *> &commands() const { return m_commands; }
+    /// None for a name that no command has.
+    MenuCommand *command(const QString &name) const;
+
+Q_SIGNALS:
+    void aboutRequested();
+
+private:
+    MenuCommand *add(MenuCommand::Menu menu, const QString &name, const QString &title,
+                     const QKeySequence &shortcut = {});
+    void addApplicationMenu();
+    void addFileMenu();
+    void addViewMenu();
+    void addHelpMenu();
+    QQmlListProperty<MenuCommand> commandList() { return {this, &m_commands}; }
+
+    Targets m_targets;
+    QList<MenuCommand *> m_commands;
+};
