@@ -20,9 +20,6 @@ Menu {
         border.color: Qt.rgba(1, 1, 1, 0.11)
     }
 
-    Accessible.role: Accessible.PopupMenu
-    Accessible.name: qsTr("Menu")
-
     Instantiator {
         model: root.menuCommands.commands
         delegate: MainMenuItem {

@@ -13,6 +13,7 @@ MenuCommands::MenuCommands(const Targets &targets, QObject *parent) : QObject(pa
     addFileMenu();
     addViewMenu();
     addHelpMenu();
+    addQuit();
 }
 
 MenuCommand *MenuCommands::add(MenuCommand::Menu menu, const QString &name, const QString &title,
@@ -38,7 +39,10 @@ void MenuCommands::addApplicationMenu() {
     follow();
     connect(&updater, &MosaUpdaterController::canCheckForUpdatesChanged, updates, follow);
     connect(updates, &MenuCommand::triggered, &updater, &MosaUpdaterController::checkForUpdates);
+}
 
+// Last, where the eye looks for it in a menu that shows everything; in a menu bar still the application's.
+void MenuCommands::addQuit() {
     MenuCommand *quit = add(MenuCommand::Application, QStringLiteral("quit"), tr("Quit Mosa"),
                             QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(quit, &MenuCommand::triggered, &m_targets.window, &QWindow::close);

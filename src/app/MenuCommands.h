@@ -42,6 +42,7 @@ private:
     void addFileMenu();
     void addViewMenu();
     void addHelpMenu();
+    void addQuit();
     QQmlListProperty<MenuCommand> commandList() { return {this, &m_commands}; }
 
     Targets m_targets;

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Controls
 import QtQuick.Controls.Basic
 
 // A small panel over the middle of the window, for what the program says about itself.
