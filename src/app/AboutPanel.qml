@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Mosa.UI
 
 Panel {
     id: root
@@ -19,25 +20,24 @@ Panel {
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Mosa"
-            color: "white"
-            font.pixelSize: 22
-            font.weight: Font.DemiBold
+            color: MosaLook.primary
+            font: MosaLook.system(22, Font.DemiBold)
             Accessible.role: Accessible.Heading
             Accessible.name: text
         }
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("Version %1").arg(Qt.application.version)
-            color: Qt.rgba(1, 1, 1, 0.6)
-            font.pixelSize: 12
+            color: MosaLook.secondary
+            font: MosaLook.system(12, Font.Normal)
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
         Text {
             width: parent.width
             text: qsTr("Browse the videos and photos of a folder.")
-            color: Qt.rgba(1, 1, 1, 0.8)
-            font.pixelSize: 13
+            color: MosaLook.primary
+            font: MosaLook.body
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText
@@ -47,7 +47,7 @@ Panel {
             width: 1
             height: 6
         }
-        PanelButton {
+        MosaSecondaryButton {
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("Close")
             focus: true

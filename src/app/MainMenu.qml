@@ -1,35 +1,41 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
 import Mosa.App
+import Mosa.UI
 
 // The program's commands in one menu, one group after the other.
-Menu {
+MosaMenu {
     id: root
 
     required property MenuCommands menuCommands
 
-    padding: 5
-    margins: 4
-    implicitWidth: 250
-    background: Rectangle {
-        color: Qt.rgba(0.145, 0.145, 0.16, 0.98)
-        radius: 9
-        border.width: 1
-        border.color: Qt.rgba(1, 1, 1, 0.11)
-    }
+    implicitWidth: 240
 
     Instantiator {
         model: root.menuCommands.commands
-        delegate: MainMenuItem {
+        delegate: MosaMenuItem {
             required property MenuCommand modelData
             required property int index
+            readonly property bool startsGroup: index > 0 && root.menuCommands.commands[index - 1].menu !== modelData.menu
 
-            command: modelData
-            startsGroup: index > 0 && root.menuCommands.commands[index - 1].menu !== modelData.menu
+            enabled: modelData.enabled
+            text: modelData.title
+            shortcutText: modelData.shortcutText
+            onTriggered: modelData.trigger()
+            Accessible.onPressAction: modelData.trigger()
         }
-        onObjectAdded: (index, object) => root.insertItem(index, object as Item)
-        onObjectRemoved: (index, object) => root.removeItem(object as Item)
+        onObjectAdded: (index, object) => {
+            const item = object as MosaMenuItem;
+            if (item.startsGroup)
+                root.addItem(separator.createObject(root.contentItem));
+            root.addItem(item);
+        }
+    }
+
+    Component {
+        id: separator
+
+        MosaMenuSeparator {}
     }
 }

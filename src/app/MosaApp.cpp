@@ -4,10 +4,12 @@
 #include "ApplicationIdentity.h"
 #include "BackgroundTask.h"
 #include "DesktopFileManager.h"
+#include "DirectoryTest.h"
 #include "FolderScanner.h"
 #include "MainWindow.h"
 #include "MenuCommands.h"
 #include "MosaUpdaterController.h"
+#include "SettingsPreferences.h"
 
 #include <QGuiApplication>
 
@@ -45,26 +47,29 @@ void MosaApp::connectDesktop() {
                 urls.append(*url);
             }
         }
-        m_appDelegate.applicationOpen(urls);
+        open(urls);
     });
     connect(&desktop, &DesktopApplication::actionRequested, this, [this](const QString &action) {
-        MenuCommand *command = m_menuCommands ? m_menuCommands->command(action) : nullptr;
-        if (command != nullptr) {
-            command->trigger();
+        m_firstAction = action;
+        if (m_window) {
+            triggerFirstAction();
         }
     });
 }
 
 void MosaApp::openWindow() {
+    m_preferences = std::make_unique<SettingsPreferences>();
     m_fileManager = std::make_unique<DesktopFileManager>(m_sessionBus);
     AppState::Services services;
     services.scan = [](const FileURL &url) { return FolderScanner::scan(url); };
+    services.isDirectory = DirectoryTest::isDirectory;
     services.trash = FileOperations::trash;
     services.transfer = FileOperations::transfer;
+    services.preferences = m_preferences.get();
     m_state = std::make_unique<AppState>(std::move(services));
     m_updater = std::make_unique<MosaUpdaterController>(QDBusConnection::systemBus(),
                                                         ApplicationIdentity::packageName);
-    m_window = std::make_unique<MainWindow>(nullptr, m_fileManager.get());
+    m_window = std::make_unique<MainWindow>(m_preferences.get(), m_fileManager.get());
     m_menuCommands = std::make_unique<MenuCommands>(
         MenuCommands::Targets{*m_state, *m_updater, *m_fileManager, *m_window});
     m_window->setInitialProperties(
@@ -76,6 +81,21 @@ void MosaApp::openWindow() {
     m_window->open();
     if (m_firstFolder) {
         m_appDelegate.applicationOpen({*m_firstFolder});
+    }
+    triggerFirstAction();
+}
+
+void MosaApp::open(const QList<FileURL> &urls) {
+    if (m_window) {
+        m_appDelegate.applicationOpen(urls);
+    } else if (!urls.isEmpty()) {
+        m_firstFolder = urls.constFirst();
+    }
+}
+
+void MosaApp::triggerFirstAction() {
+    if (MenuCommand *command = m_menuCommands->command(std::exchange(m_firstAction, {}))) {
+        command->trigger();
     }
 }
 
@@ -108,5 +128,6 @@ bool MosaApp::end() {
     m_updater.reset();
     m_state.reset();
     m_fileManager.reset();
+    m_preferences.reset();
     return BackgroundTask::finish(endLimit);
 }

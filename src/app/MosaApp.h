@@ -12,11 +12,13 @@ class FileManager;
 class MainWindow;
 class MenuCommands;
 class MosaUpdaterController;
+class Preferences;
 
 /// Owns the program's long-lived objects for the whole run.
 ///
 /// The end, in order: the window with its scene, whose views shut their players down; the state, which gives
-/// up its scan and file work; the thumbnails; then the tasks that still run are waited for a moment.
+/// up its scan and file work; the preferences, which are written out; then the tasks
+/// that still run are waited for a moment.
 class MosaApp : public QObject {
     Q_OBJECT
 
@@ -35,11 +37,16 @@ private:
     void openWindow();
     void connectDesktop();
     void activate(const QByteArray &token);
+    void open(const QList<FileURL> &urls);
+    void triggerFirstAction();
 
     QDBusConnection m_sessionBus;
     MosaAppDelegate m_appDelegate;
     SingleInstance m_instance;
+    /// What the desktop asks for before there is a window.
     std::optional<FileURL> m_firstFolder;
+    QString m_firstAction;
+    std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<FileManager> m_fileManager;
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<MosaUpdaterController> m_updater;

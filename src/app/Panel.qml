@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Controls.Basic
+import Mosa.UI
 
 // A small panel over the middle of the window, for what the program says about itself.
 Popup {
@@ -14,11 +15,14 @@ Popup {
     focus: true
     padding: 24
     closePolicy: Popup.CloseOnEscape
-    background: Rectangle {
-        color: Qt.rgba(0.125, 0.125, 0.14, 1)
+    background: SmoothRectangle {
+        color: MosaLook.menuMaterial
         radius: 12
-        border.width: 1
-        border.color: Qt.rgba(1, 1, 1, 0.1)
+        borderColor: MosaLook.hairline
+        borderWidth: 1
+        shadowColor: Qt.rgba(0, 0, 0, 0.5)
+        shadowRadius: 30
+        shadowOffset: 10
     }
     Overlay.modal: Rectangle {
         color: Qt.rgba(0, 0, 0, 0.45)

@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls.Basic
 import Mosa.App
+import Mosa.UI
 
 // What the check for updates found, and the way to install it.
 Panel {
@@ -21,9 +22,8 @@ Panel {
         Text {
             width: parent.width
             text: root.updater.title
-            color: "white"
-            font.pixelSize: 17
-            font.weight: Font.DemiBold
+            color: MosaLook.primary
+            font: MosaLook.system(17, Font.DemiBold)
             wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText
             Accessible.name: text
@@ -32,39 +32,35 @@ Panel {
             width: parent.width
             visible: text !== ""
             text: root.updater.details
-            color: Qt.rgba(1, 1, 1, 0.7)
-            font.pixelSize: 13
+            color: MosaLook.secondary
+            font: MosaLook.body
             wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        ProgressBar {
-            id: bar
-
+        MosaProgressBar {
             width: parent.width
-            visible: root.updater.busy
-            indeterminate: root.updater.progress < 0
+            visible: root.updater.busy && root.updater.progress >= 0
             value: Math.max(root.updater.progress, 0)
-            Accessible.role: Accessible.ProgressBar
             Accessible.name: root.updater.title
+        }
+        MosaSpinner {
+            visible: root.updater.busy && root.updater.progress < 0
         }
         Row {
             anchors.right: parent.right
             visible: !root.updater.busy
             spacing: 10
 
-            PanelButton {
-                text: root.updater.installable ? qsTr("Later") : qsTr("OK")
-                primary: !root.updater.installable
-                focus: !root.updater.installable
+            MosaSecondaryButton {
+                visible: root.updater.installable
+                text: qsTr("Later")
                 onClicked: root.close()
             }
-            PanelButton {
-                visible: root.updater.installable
-                text: qsTr("Install Update")
-                primary: true
-                focus: visible
-                onClicked: root.updater.install()
+            MosaPrimaryButton {
+                focus: true
+                text: root.updater.installable ? qsTr("Install Update") : qsTr("OK")
+                onClicked: root.updater.installable ? root.updater.install() : root.close()
             }
         }
     }
