@@ -1,0 +1,99 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Mosa.Playback
+import Mosa.State
+import Mosa.UI
+
+/// The scrubber, the times and the buttons of the full-window video.
+ColumnLayout {
+    id: root
+
+    required property mediaFile item
+    required property AppState state
+    required property FullVideoPlayer player
+
+    readonly property MPVPlayerController controller: player.controller
+    readonly property real position: controller?.position ?? 0
+    readonly property real duration: controller?.duration ?? 0
+    readonly property bool paused: controller?.paused ?? false
+
+    spacing: 9
+
+    ValueSlider {
+        Layout.fillWidth: true
+        current: root.position
+        maximum: Math.max(root.duration, 0.01)
+        stepSize: 5
+        Accessible.name: qsTr("Position")
+        onEdited: value => root.controller?.seek(value)
+    }
+
+    RowLayout {
+        spacing: 14
+
+        MosaPlainButton {
+            implicitWidth: 24
+            implicitHeight: 26
+            symbol: root.paused ? "play.fill" : "pause.fill"
+            Accessible.name: root.paused ? qsTr("Play") : qsTr("Pause")
+            onClicked: root.controller?.togglePause()
+        }
+        Text {
+            text: FullVideoPlayer.timestamp(root.position)
+            font: MosaLook.monospaced(12)
+            color: MosaLook.primary
+        }
+        Text {
+            text: "/"
+            font: MosaLook.body
+            color: MosaLook.tertiary
+        }
+        Text {
+            text: FullVideoPlayer.timestamp(root.duration)
+            font: MosaLook.monospaced(12)
+            color: MosaLook.primary
+        }
+        Text {
+            Layout.fillWidth: true
+            text: root.item.url.lastPathComponent
+            textFormat: Text.PlainText
+            elide: Text.ElideMiddle
+            maximumLineCount: 1
+            font: MosaLook.body
+            color: MosaLook.primary
+        }
+        MosaPlainButton {
+            implicitHeight: 26
+            symbol: "captions.bubble"
+            toolTip: qsTr("Cycle Subtitles")
+            onClicked: root.controller?.command(["cycle", "sub"])
+        }
+        MuteButton {
+            implicitHeight: 26
+            controller: root.controller
+        }
+        ValueSlider {
+            Layout.preferredWidth: 90
+            current: root.controller?.volume ?? 0
+            maximum: 100
+            stepSize: 5
+            Accessible.name: qsTr("Volume")
+            onEdited: value => {
+                if (root.controller)
+                    root.controller.volume = value;
+            }
+        }
+        FlagButton {
+            flagged: root.state.flagCount > 0 && root.state.isFlagged(root.item.id)
+            onClicked: root.state.toggleFlag(root.item)
+        }
+        MosaPlainButton {
+            implicitHeight: 26
+            symbol: "xmark"
+            toolTip: qsTr("Close")
+            onClicked: root.state.closeFullItem()
+        }
+    }
+}
