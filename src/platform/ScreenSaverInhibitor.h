@@ -8,11 +8,11 @@
 
 class QDBusPendingCallWatcher;
 
-/// Keeps the screen from blanking and locking while it is active, through the desktop's org.freedesktop.ScreenSaver
-/// service.
+/// Keeps the screen from blanking and locking while it is active, through the desktop's
+/// org.freedesktop.ScreenSaver service.
 ///
-/// Main thread; nothing waits. Ends with this object, and, by the bus, with the process. Where the desktop has no
-/// such service, nothing happens.
+/// Main thread; nothing waits. Ends with this object, and, by the bus, with the process. Where the desktop
+/// has no such service, nothing happens.
 class ScreenSaverInhibitor : public QObject {
     Q_OBJECT
 

@@ -41,7 +41,7 @@ ColumnLayout {
             onClicked: root.controller?.togglePause()
         }
         Text {
-            text: FullVideoPlayer.timestamp(root.position)
+            text: root.player.timestamp(root.position)
             font: MosaLook.monospaced(12)
             color: MosaLook.primary
         }
@@ -51,13 +51,13 @@ ColumnLayout {
             color: MosaLook.tertiary
         }
         Text {
-            text: FullVideoPlayer.timestamp(root.duration)
+            text: root.player.timestamp(root.duration)
             font: MosaLook.monospaced(12)
             color: MosaLook.primary
         }
         Text {
             Layout.fillWidth: true
-            text: root.item.url.lastPathComponent
+            text: root.item.url.lastPathComponent.replace(/\n/g, " ")
             textFormat: Text.PlainText
             elide: Text.ElideMiddle
             maximumLineCount: 1

@@ -10,8 +10,8 @@
 
 #include <memory>
 
-/// The playback of the video that is open full-window, from the view's appearance to its end: audible from the
-/// start, toggled by the "MosaTogglePlayback" notification, and keeping the screen awake while it plays.
+/// The playback of the video that is open full-window, from the view's appearance to its end: audible from
+/// the start, toggled by the "MosaTogglePlayback" notification, and keeping the screen awake while it plays.
 ///
 /// Main thread.
 class FullVideoPlayer : public QObject, public QQmlParserStatus {
@@ -30,6 +30,7 @@ public:
     void classBegin() override {}
     void componentComplete() override;
 
+    /// mosaTimestamp() for the view.
     Q_INVOKABLE static QString timestamp(double seconds);
 
 Q_SIGNALS:

@@ -1,0 +1,65 @@
+#include "Measurements.h"
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+
+#include <clocale>
+
+namespace {
+
+/// Twelve seconds of 1080p at 30 frames a second, as a camera writes them.
+bool makeFile(const QString &path) {
+    return QProcess::execute(QStringLiteral("ffmpeg"),
+                             {QStringLiteral("-v"),
+                              QStringLiteral("error"),
+                              QStringLiteral("-f"),
+                              QStringLiteral("lavfi"),
+                              QStringLiteral("-i"),
+                              QStringLiteral("testsrc2=size=1920x1080:rate=30:duration=12"),
+                              QStringLiteral("-f"),
+                              QStringLiteral("lavfi"),
+                              QStringLiteral("-i"),
+                              QStringLiteral("sine=frequency=440:duration=12"),
+                              QStringLiteral("-c:v"),
+                              QStringLiteral("libx264"),
+                              QStringLiteral("-preset"),
+                              QStringLiteral("veryfast"),
+                              QStringLiteral("-b:v"),
+                              QStringLiteral("8M"),
+                              QStringLiteral("-g"),
+                              QStringLiteral("60"),
+                              QStringLiteral("-pix_fmt"),
+                              QStringLiteral("yuv420p"),
+                              QStringLiteral("-c:a"),
+                              QStringLiteral("aac"),
+                              path}) == 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[]) {
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("film.mp4"));
+    if (!makeFile(path)) {
+        return 1;
+    }
+    QQuickWindow window;
+    window.setColor(Qt::black);
+    window.resize(1280, 720);
+    window.show();
+    while (!window.isExposed()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    }
+    const QByteArray file = path.toUtf8();
+    Measurements::startsAndEnds(window, file);
+    Measurements::firstFrames(window, file);
+    Measurements::stalls(window, file);
+    Measurements::processorTime(window, file);
+    return 0;
+}
