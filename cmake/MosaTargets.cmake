@@ -30,11 +30,17 @@ function(mosa_qml_module name)
     cmake_parse_arguments(arg "" "URI" "SOURCES;QML;RESOURCES;LINK_PUBLIC;LINK_PRIVATE" ${ARGN})
     qt_add_library(mosa_${name} STATIC)
     string(REPLACE "." "/" uri_path ${arg_URI})
+    # Compiled QML starts faster, but takes longer to build than all the C++ of the views together.
+    set(cachegen)
+    if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+        set(cachegen NO_CACHEGEN)
+    endif()
     qt_add_qml_module(mosa_${name}
         URI ${arg_URI}
         VERSION 1.0
         RESOURCE_PREFIX /qt/qml
         OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${uri_path}
+        ${cachegen}
         SOURCES ${arg_SOURCES}
         QML_FILES ${arg_QML}
         RESOURCES ${arg_RESOURCES})
