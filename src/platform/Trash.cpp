@@ -60,9 +60,13 @@ QByteArray trashRecord(const QByteArray &path, const QDateTime &when) {
 }
 
 Trash::Trash(Finished finished) : m_finished(std::move(finished)) {
+    if (!TrashDirectory::hasHome()) {
+        return;
+    }
     const FileDescriptor home = TrashDirectory::openNearestToHome();
-    if (home.isOpen()) {
-        m_homeMount = mountIdentity(home.get());
+    m_homeMount = home.isOpen() ? mountIdentity(home.get()) : std::nullopt;
+    if (!m_homeMount) {
+        m_homeError = lastSystemError();
     }
 }
 
@@ -112,6 +116,11 @@ const TrashDirectory *Trash::directoryFor(int folder) {
 }
 
 std::optional<TrashDirectory> Trash::openFor(int folder, const MountIdentity &mount) const {
+    if (m_homeError) {
+        // Which files belong into the home trash is not known: none must end up elsewhere.
+        errno = m_homeError.value();
+        return std::nullopt;
+    }
     if (mount == m_homeMount) {
         return TrashDirectory::openHome();
     }

@@ -61,7 +61,9 @@ private:
     static void dropRecord(Entry &entry);
 
     Finished m_finished;
+    /// None without a home.
     std::optional<MountIdentity> m_homeMount;
+    std::error_code m_homeError;
     std::map<MountIdentity, std::optional<TrashDirectory>> m_directories;
     std::vector<Entry> m_group;
 };

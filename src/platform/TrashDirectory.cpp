@@ -46,7 +46,7 @@ FileDescriptor walk(const QByteArray &path, bool make) {
         FileDescriptor next =
             make ? openOrMake(at.get(), component, O_PATH | O_DIRECTORY)
                  : FileDescriptor::open(at.get(), component.constData(), O_PATH | O_DIRECTORY);
-        if (!next.isOpen() && !make) {
+        if (!next.isOpen() && !make && errno == ENOENT) {
             break;
         }
         at = std::move(next);
@@ -99,9 +99,12 @@ std::optional<TrashDirectory> TrashDirectory::openHome() {
     return trash.isOpen() ? openInside(trash.get(), {}, 0) : std::nullopt;
 }
 
+bool TrashDirectory::hasHome() {
+    return !dataHome().isEmpty();
+}
+
 FileDescriptor TrashDirectory::openNearestToHome() {
-    const QByteArray home = dataHome();
-    return home.isEmpty() ? FileDescriptor() : walk(home + "/Trash/files", false);
+    return walk(dataHome() + "/Trash/files", false);
 }
 
 std::optional<TrashDirectory> TrashDirectory::openOnMount(int top, uid_t user) {

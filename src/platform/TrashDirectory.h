@@ -19,8 +19,10 @@ struct TrashDirectory {
 
     /// $XDG_DATA_HOME/Trash, made when it is missing. None on failure, with errno set.
     static std::optional<TrashDirectory> openHome();
+    /// False when the environment names no home.
+    static bool hasHome();
     /// The nearest directory on the home trash's path that exists, for telling which mount it is on. Not
-    /// open without a home.
+    /// open on failure, with errno set.
     static FileDescriptor openNearestToHome();
     /// The trash for files of one mount, given its open top directory: .Trash/$uid where an administrator
     /// has prepared .Trash (a directory of its own with the sticky bit), else .Trash-$uid. Both belong to

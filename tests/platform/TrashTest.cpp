@@ -173,18 +173,6 @@ private Q_SLOTS:
         QCOMPARE(read(path), QByteArray("in the way"));
     }
 
-    void keepsAFileItMayNotTake() {
-        if (::geteuid() == 0) {
-            QSKIP("root may take a file from any folder");
-        }
-        QVERIFY(write(m_from + "/a", "a"));
-        QVERIFY(::chmod(m_from.constData(), 0555) == 0);
-        QVERIFY(trash({m_from + "/a"})[0]);
-        QVERIFY(::chmod(m_from.constData(), 0755) == 0);
-        QCOMPARE(read(m_from + "/a"), QByteArray("a"));
-        QCOMPARE(names(m_home + "/Trash/info"), QByteArrayList());
-    }
-
     /// On a mount with its own trash, however that is prepared.
     void movesToTheTrashOfTheMount_data() {
         QTest::addColumn<QByteArray>("prepared");

@@ -10,6 +10,7 @@
 #include "Trash.h"
 
 #include <QByteArrayList>
+#include <QDateTime>
 
 #include <cstdio>
 
@@ -49,6 +50,8 @@ int main(int argc, char **argv) {
     if (arguments.size() < 2) {
         return 2;
     }
+    // The time zone is read before the batch: its file is not what the batch works on.
+    QDateTime::currentDateTime();
     ::getppid();
     if (arguments[0] == "trash") {
         trash(arguments.mid(1));

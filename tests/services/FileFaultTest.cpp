@@ -1,0 +1,250 @@
+#include "FileFixture.h"
+#include "PrivateMounts.h"
+#include "SystemCallTrace.h"
+
+#include <QSet>
+#include <QtTest>
+
+#include <optional>
+
+#include <sys/xattr.h>
+
+using namespace FileFixture;
+
+/// Whatever happens to the program or to the disk in the midst of a batch, no file may be lost: runs batches
+/// once for each of their system calls, with a fault at that call.
+class FileFaultTest : public QObject {
+    Q_OBJECT
+
+    struct Result {
+        QByteArrayList lines;
+        bool killed = false;
+    };
+
+    std::optional<TemporaryFolder> m_root;
+    std::optional<MemoryMount> m_source;
+    std::optional<MemoryMount> m_target;
+    QByteArray m_from;
+    QByteArray m_to;
+    QByteArray m_records;
+    QByteArrayList m_contents;
+    QByteArray m_action;
+
+    QByteArrayList command() const {
+        QByteArrayList words{FILE_OPERATION_TOOL, m_action};
+        if (m_action != "trash") {
+            words.append(m_to);
+        }
+        for (const QByteArray &name : fileNames()) {
+            words.append(m_from + '/' + name);
+        }
+        return words;
+    }
+
+    static QByteArrayList fileNames() { return {"a.mp4", "b.jpg"}; }
+
+    /// Every run begins alike: two files, of which the first is larger than a buffer.
+    bool reset() const {
+        const auto empty = [](const QByteArray &folder) {
+            for (const QByteArray &name : names(folder)) {
+                ::unlink(QByteArray(folder + '/' + name).constData());
+            }
+        };
+        empty(m_from);
+        empty(m_to);
+        if (!m_records.isEmpty()) {
+            empty(m_records);
+        }
+        bool written = true;
+        for (qsizetype i = 0; i < m_contents.size(); ++i) {
+            const QByteArray path = m_from + '/' + fileNames().at(i);
+            written = written && write(path, m_contents[i]);
+            ::setxattr(path.constData(), "user.comment", "x", 1, 0);
+        }
+        return written;
+    }
+
+    static bool isHidden(const QByteArray &name) { return name.startsWith(".mosa-"); }
+
+    static QByteArrayList realNames(const QByteArray &folder) {
+        QByteArrayList found = names(folder);
+        found.removeIf([](const QByteArray &name) { return isHidden(name); });
+        return found;
+    }
+
+    /// Empty when all is well after a run, else what is not.
+    QByteArray problem(const Result &result) const {
+        for (const QByteArray &folder : {m_from, m_to}) {
+            for (const QByteArray &name : realNames(folder)) {
+                if (!m_contents.contains(read(folder + '/' + name))) {
+                    return "part of a file as " + folder + '/' + name;
+                }
+            }
+        }
+        if (!result.killed && result.lines.size() != m_contents.size()) {
+            return "the batch did not run to its end";
+        }
+        qsizetype done = 0;
+        for (qsizetype i = 0; i < m_contents.size(); ++i) {
+            const bool known = i < result.lines.size();
+            const bool isDone = known && result.lines[i].startsWith("done");
+            done += isDone ? 1 : 0;
+            if (const QByteArray text = problemOf(i, known, isDone); !text.isEmpty()) {
+                return text;
+            }
+        }
+        if (!m_records.isEmpty()) {
+            for (const QByteArray &name : realNames(m_to)) {
+                if (!read(m_records + '/' + name + ".trashinfo").endsWith('\n')) {
+                    return "no record of " + name;
+                }
+            }
+        }
+        if (!result.killed) {
+            const bool tidy = names(m_from) == realNames(m_from) && names(m_to) == realNames(m_to);
+            const bool counted =
+                realNames(m_to).size() == done && (m_records.isEmpty() || names(m_records).size() == done);
+            return tidy && counted ? QByteArray() : QByteArray("something was left behind");
+        }
+        return {};
+    }
+
+    QByteArray problemOf(qsizetype i, bool known, bool isDone) const {
+        const QByteArray name = fileNames().at(i);
+        const bool atSource = read(m_from + '/' + name) == m_contents[i];
+        const bool atTarget = read(m_to + '/' + name) == m_contents[i];
+        if (!atSource && !atTarget) {
+            return name + " is lost";
+        }
+        if (isDone && (!atTarget || atSource != (m_action == "copy"))) {
+            return name + " was said to be done";
+        }
+        if (m_action == "copy" ? !atSource : known && !isDone && !atSource) {
+            return name + " did not stay";
+        }
+        return {};
+    }
+
+    static void addActions() {
+        QTest::addColumn<QByteArray>("action");
+        QTest::addColumn<bool>("across");
+        QTest::newRow("copy") << QByteArray("copy") << true;
+        QTest::newRow("move within a file system") << QByteArray("move") << false;
+        QTest::newRow("move to another file system") << QByteArray("move") << true;
+        QTest::newRow("trash at home") << QByteArray("trash") << false;
+        QTest::newRow("trash on a mount") << QByteArray("trash") << true;
+    }
+
+    /// Empty when the row can run.
+    QString prepare() {
+        QFETCH(QByteArray, action);
+        QFETCH(bool, across);
+        if (!SystemCallTrace::unavailable().isEmpty()) {
+            return SystemCallTrace::unavailable();
+        }
+        if (across && !PrivateMounts::unavailable().isEmpty()) {
+            return PrivateMounts::unavailable();
+        }
+        m_action = action;
+        m_root.emplace();
+        m_from = m_root->path() + "/from";
+        m_to = m_root->path() + "/to";
+        const QByteArray card = m_root->path() + "/card";
+        if (across) {
+            m_source.emplace(card, "size=4m");
+            m_target.emplace(m_to, "size=4m");
+            m_from = card + "/from";
+        } else {
+            makeDirectory(m_to);
+        }
+        makeDirectory(m_from);
+        qputenv("XDG_DATA_HOME", m_root->path());
+        qputenv("TZ", "UTC0");
+        m_records.clear();
+        if (action == "trash") {
+            const QByteArray trash =
+                across ? card + "/.Trash-" + QByteArray::number(::geteuid()) : m_root->path() + "/Trash";
+            makeDirectory(trash);
+            m_to = trash + "/files";
+            m_records = trash + "/info";
+            makeDirectory(m_to);
+            makeDirectory(m_records);
+        }
+        m_contents = {pattern(300'000, 1), pattern(2'000, 2)};
+        return {};
+    }
+
+    /// Calls that work on files and can report what a disk does.
+    static bool concernsFiles(const SystemCall &call) {
+        static const QSet<QByteArray> others{"brk",       "mmap",  "munmap",  "mprotect", "madvise",
+                                             "getrandom", "futex", "geteuid", "getuid",   "clock_gettime"};
+        // What goes to descriptor 1 is the tool's own report.
+        return !others.contains(call.name) && call.target != "1";
+    }
+
+private Q_SLOTS:
+    void cleanup() {
+        m_target.reset();
+        m_source.reset();
+        m_root.reset();
+    }
+
+    void survivesAKillAtEveryCall_data() { addActions(); }
+
+    void survivesAKillAtEveryCall() {
+        if (const QString reason = prepare(); !reason.isEmpty()) {
+            QSKIP(qPrintable(reason));
+        }
+        const SystemCallTrace trace(command());
+        QVERIFY(reset());
+        const QList<SystemCall> calls = trace.record();
+        QVERIFY(calls.size() > 10);
+        for (const SystemCall &call : calls) {
+            QVERIFY(reset());
+            const SystemCallTrace::Ending ending = trace.inject(call, "signal=KILL");
+            const QByteArray text = problem({.lines = ending.lines, .killed = true});
+            QVERIFY2(text.isEmpty(), call.name + ' ' + QByteArray::number(call.ordinal) + ": " + text);
+            // It was killed: else the sweep shows nothing.
+            QVERIFY2(!ending.exited || ending.code > 128, call.name);
+        }
+        qInfo("%d calls", int(calls.size()));
+    }
+
+    void survivesAnErrorAtEveryCall_data() { addActions(); }
+
+    void survivesAnErrorAtEveryCall() {
+        if (const QString reason = prepare(); !reason.isEmpty()) {
+            QSKIP(qPrintable(reason));
+        }
+        const SystemCallTrace trace(command());
+        QVERIFY(reset());
+        int runs = 0;
+        int failures = 0;
+        for (const SystemCall &call : trace.record()) {
+            if (!concernsFiles(call)) {
+                continue;
+            }
+            for (const char *error :
+                 {"ENOSPC", "EIO", "EACCES", "EROFS", "EDQUOT", "EXDEV", "ENAMETOOLONG"}) {
+                QVERIFY(reset());
+                const SystemCallTrace::Ending ending = trace.inject(call, QByteArray("error=") + error);
+                const QByteArray text = problem({.lines = ending.lines, .killed = false});
+                QVERIFY2(text.isEmpty() && ending.code == 0,
+                         call.name + ' ' + QByteArray::number(call.ordinal) + ' ' + error + ": " + text);
+                ++runs;
+                failures += ending.lines.join().contains("failed") ? 1 : 0;
+            }
+        }
+        QVERIFY(failures > runs / 10);
+        qInfo("%d runs, %d with a failed file", runs, failures);
+    }
+};
+
+int main(int argc, char **argv) {
+    PrivateMounts::enter();
+    const QCoreApplication application(argc, argv);
+    FileFaultTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "FileFaultTest.moc"

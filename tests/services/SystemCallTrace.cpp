@@ -1,0 +1,83 @@
+#include "SystemCallTrace.h"
+
+#include <QHash>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryFile>
+
+namespace {
+
+constexpr int patience = 60'000;
+
+} // namespace
+
+SystemCallTrace::Ending SystemCallTrace::run(const QByteArrayList &command) {
+    QByteArray script = "exec";
+    for (const QByteArray &word : command) {
+        script += " '" + QByteArray(word).replace('\'', "'\\''") + '\'';
+    }
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // The leak checker cannot work in a process that is traced already.
+    environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+    process.setProcessEnvironment(environment);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QString::fromUtf8(script)});
+    Ending ending;
+    if (!process.waitForFinished(patience)) {
+        process.kill();
+        process.waitForFinished();
+        return ending;
+    }
+    ending.exited = process.exitStatus() == QProcess::NormalExit;
+    ending.code = process.exitCode();
+    ending.lines = process.readAllStandardOutput().split('\n');
+    ending.lines.removeLast();
+    return ending;
+}
+
+QString SystemCallTrace::unavailable() {
+    const Ending ending =
+        run({"strace", "-qq", "-o", "/dev/null", "-e", "inject=getppid:error=EIO:when=1", "true"});
+    return ending.exited && ending.code == 0
+               ? QString()
+               : QStringLiteral("strace is missing or forbidden on this machine");
+}
+
+QList<SystemCall> SystemCallTrace::record() const {
+    QTemporaryFile trace;
+    if (!trace.open()) {
+        return {};
+    }
+    run(QByteArrayList{"strace", "-qq", "-o", trace.fileName().toUtf8()} + m_command);
+    QList<SystemCall> calls;
+    QHash<QByteArray, int> counts;
+    bool inside = false;
+    for (const QByteArray &line : trace.readAll().split('\n')) {
+        const QByteArray name = line.left(line.indexOf('('));
+        const int ordinal = ++counts[name];
+        if (name == "getppid") {
+            inside = !inside;
+        } else if (inside && !name.isEmpty()) {
+            const QByteArray arguments = line.mid(name.size() + 1);
+            const qsizetype end = qMax<qsizetype>(0, arguments.indexOf(','));
+            calls.append({.name = name, .ordinal = ordinal, .target = arguments.left(end)});
+        }
+    }
+    return calls;
+}
+
+SystemCallTrace::Ending SystemCallTrace::inject(const SystemCall &call, const QByteArray &fault,
+                                                bool andAfter) const {
+    const QByteArray when = QByteArray::number(call.ordinal) + (andAfter ? "+" : "");
+    QByteArrayList strace{"strace", "-qq",
+                          "-o",     "/dev/null",
+                          "-e",     "trace=" + call.name,
+                          "-e",     "inject=" + call.name + ':' + fault + ":when=" + when};
+    if (fault.startsWith("error")) {
+        // Stops at the calls of that name only, a third faster; signals are not sent that way.
+        strace.insert(1, "--seccomp-bpf");
+        strace.insert(1, "-f");
+    }
+    return run(strace + m_command);
+}
