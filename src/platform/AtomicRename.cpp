@@ -26,7 +26,8 @@ std::error_code renameThroughLink(int fromDirectory, const QByteArray &from, int
     if (::linkat(fromDirectory, from.constData(), toDirectory, to.constData(), 0) != 0) {
         return lastSystemError();
     }
-    // Another file may have taken the old name since; it is not ours to remove.
+    // Another file may have taken the old name since; it is not ours to remove. When that cannot be told the
+    // file keeps both names.
     std::error_code error;
     if (!sameFile(fromDirectory, from, toDirectory, to)) {
         error = systemError(ESTALE);

@@ -12,16 +12,16 @@
 #include <QByteArrayList>
 #include <QDateTime>
 
-#include <cstdio>
-
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace {
 
 void print(const std::error_code &error, const QByteArray &path) {
-    // Unbuffered, so that a killed process has told what it did.
-    const QByteArray line = error ? "failed " + QByteArray::number(error.value()) : "done " + path;
-    ::dprintf(STDOUT_FILENO, "%s\n", line.constData());
+    // Unbuffered, so that a killed process has told what it did, and by a call that no batch makes.
+    QByteArray line = (error ? "failed " + QByteArray::number(error.value()) : "done " + path) + '\n';
+    const iovec piece{.iov_base = line.data(), .iov_len = size_t(line.size())};
+    [[maybe_unused]] const ssize_t written = ::writev(STDOUT_FILENO, &piece, 1);
 }
 
 void transfer(FileOperationKind kind, const QByteArrayList &arguments) {

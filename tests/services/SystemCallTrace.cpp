@@ -45,23 +45,21 @@ QString SystemCallTrace::unavailable() {
 }
 
 QList<SystemCall> SystemCallTrace::record() const {
-    QTemporaryFile trace;
-    if (!trace.open()) {
+    QTemporaryFile file;
+    if (!file.open()) {
         return {};
     }
-    run(QByteArrayList{"strace", "-qq", "-o", trace.fileName().toUtf8()} + m_command);
+    trace({"-o", file.fileName().toUtf8()});
     QList<SystemCall> calls;
     QHash<QByteArray, int> counts;
     bool inside = false;
-    for (const QByteArray &line : trace.readAll().split('\n')) {
+    for (const QByteArray &line : file.readAll().split('\n')) {
         const QByteArray name = line.left(line.indexOf('('));
         const int ordinal = ++counts[name];
         if (name == "getppid") {
             inside = !inside;
-        } else if (inside && !name.isEmpty()) {
-            const QByteArray arguments = line.mid(name.size() + 1);
-            const qsizetype end = qMax<qsizetype>(0, arguments.indexOf(','));
-            calls.append({.name = name, .ordinal = ordinal, .target = arguments.left(end)});
+        } else if (inside && !name.isEmpty() && name != m_unknownCall) {
+            calls.append({.name = name, .ordinal = ordinal});
         }
     }
     return calls;
@@ -70,14 +68,20 @@ QList<SystemCall> SystemCallTrace::record() const {
 SystemCallTrace::Ending SystemCallTrace::inject(const SystemCall &call, const QByteArray &fault,
                                                 bool andAfter) const {
     const QByteArray when = QByteArray::number(call.ordinal) + (andAfter ? "+" : "");
-    QByteArrayList strace{"strace", "-qq",
-                          "-o",     "/dev/null",
-                          "-e",     "trace=" + call.name,
-                          "-e",     "inject=" + call.name + ':' + fault + ":when=" + when};
+    QByteArrayList options{"-o", "/dev/null", "-e", "inject=" + call.name + ':' + fault + ":when=" + when};
+    if (m_unknownCall.isEmpty()) {
+        options.append({"-e", "trace=" + call.name});
+    }
     if (fault.startsWith("error")) {
         // Stops at the calls of that name only, a third faster; signals are not sent that way.
-        strace.insert(1, "--seccomp-bpf");
-        strace.insert(1, "-f");
+        options.append({"-f", "--seccomp-bpf"});
     }
-    return run(strace + m_command);
+    return trace(options);
+}
+
+SystemCallTrace::Ending SystemCallTrace::trace(QByteArrayList options) const {
+    if (!m_unknownCall.isEmpty()) {
+        options.append({"-e", "inject=" + m_unknownCall + ":error=EINVAL"});
+    }
+    return run(QByteArrayList{"strace", "-qq"} + options + m_command);
 }

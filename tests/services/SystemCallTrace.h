@@ -9,8 +9,6 @@
 struct SystemCall {
     QByteArray name;
     int ordinal = 0;
-    /// Its first argument as text: for most calls the number of a descriptor.
-    QByteArray target;
 };
 
 /// Runs a program under strace, which can make single calls fail or kill the program there.
@@ -23,13 +21,15 @@ public:
         QByteArrayList lines;
     };
 
-    /// Program and arguments.
-    explicit SystemCallTrace(QByteArrayList command) : m_command(std::move(command)) {}
+    /// Program and arguments; the name of a call that always fails with EINVAL, as where the file system does
+    /// not know it, if any.
+    explicit SystemCallTrace(QByteArrayList command, QByteArray unknownCall = {})
+        : m_command(std::move(command)), m_unknownCall(std::move(unknownCall)) {}
 
     /// Empty when strace works here, else why not.
     static QString unavailable();
 
-    /// The calls between two calls of getppid(). Empty on failure.
+    /// The calls between two calls of getppid(), without those that always fail. Empty on failure.
     QList<SystemCall> record() const;
     /// Runs it with "signal=KILL" or "error=ENOSPC" at one call; with `andAfter` at all later ones of that
     /// name, too.
@@ -37,6 +37,8 @@ public:
 
 private:
     static Ending run(const QByteArrayList &command);
+    Ending trace(QByteArrayList options) const;
 
     QByteArrayList m_command;
+    QByteArray m_unknownCall;
 };

@@ -1,0 +1,159 @@
+#include "FileOperations.h"
+#include "BackgroundTask.h"
+#include "FileFixture.h"
+
+#include <QFutureWatcher>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QThread>
+#include <QtTest>
+
+#include <atomic>
+#include <mutex>
+#include <optional>
+
+using namespace FileFixture;
+
+class FileOperationsTest : public QObject {
+    Q_OBJECT
+
+    std::optional<TemporaryFolder> m_root;
+    QByteArray m_from;
+    QByteArray m_to;
+    std::mutex m_mutex;
+    QList<std::pair<qsizetype, qsizetype>> m_reports;
+
+    QList<FileURL> makeFiles(int count) const {
+        QList<FileURL> files;
+        for (int i = 0; i < count; ++i) {
+            const QByteArray path = m_from + '/' + QByteArray::number(i) + ".jpg";
+            write(path, pattern(1000, char(i)));
+            files.append(FileURL::fromNativePath(path));
+        }
+        return files;
+    }
+
+    FileOperations::Progress progress() {
+        return [this](qsizetype done, qsizetype total) {
+            const std::scoped_lock lock(m_mutex);
+            m_reports.append({done, total});
+        };
+    }
+
+    template <typename Result>
+    static bool ends(const QFuture<Result> &future) {
+        QFutureWatcher<Result> watcher;
+        QSignalSpy finished(&watcher, &QFutureWatcher<Result>::finished);
+        watcher.setFuture(future);
+        return finished.count() > 0 || finished.wait(60'000);
+    }
+
+    bool reportedEachOf(qsizetype total) {
+        const std::scoped_lock lock(m_mutex);
+        bool inOrder = m_reports.size() == total;
+        for (qsizetype i = 0; inOrder && i < total; ++i) {
+            inOrder = m_reports.at(i) == std::pair(i + 1, total);
+        }
+        return inOrder;
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_root.emplace();
+        m_from = m_root->path() + "/from";
+        m_to = m_root->path() + "/to";
+        m_reports.clear();
+        qputenv("XDG_DATA_HOME", m_root->path());
+        QVERIFY(makeDirectory(m_from) && makeDirectory(m_to));
+    }
+
+    void transfersInOrderAndReports_data() {
+        QTest::addColumn<FileOperationKind>("kind");
+        QTest::newRow("copy") << FileOperationKind::copy;
+        QTest::newRow("move") << FileOperationKind::move;
+    }
+
+    void transfersInOrderAndReports() {
+        QFETCH(FileOperationKind, kind);
+        QList<FileURL> files = makeFiles(40);
+        const FileURL missing = FileURL::fromNativePath(m_from + "/missing.jpg");
+        files.insert(0, missing);
+        files.insert(20, missing);
+        QVERIFY(write(m_to + "/7.jpg", "other"));
+
+        const auto future = FileOperations::transfer(files, FileURL::directory(m_to), kind, progress());
+        QVERIFY(ends(future));
+
+        const FileTransferResult result = future.result();
+        QCOMPARE(result.failures, (QList<FileURL>{missing, missing}));
+        files.removeAll(missing);
+        QCOMPARE(result.sources, files);
+        QCOMPARE(result.destinations.size(), 40);
+        for (int i = 0; i < 40; ++i) {
+            const QByteArray name = QByteArray::number(i) + (i == 7 ? " 2.jpg" : ".jpg");
+            QCOMPARE(result.destinations.at(i).nativePath(), m_to + '/' + name);
+            QVERIFY(read(m_to + '/' + name) == pattern(1000, char(i)));
+            QCOMPARE(exists(files.at(i).nativePath()), kind == FileOperationKind::copy);
+        }
+        QCOMPARE(read(m_to + "/7.jpg"), QByteArray("other"));
+        QVERIFY(reportedEachOf(42));
+    }
+
+    void trashesInOrderAndReports() {
+        QList<FileURL> files = makeFiles(100);
+        files.insert(50, FileURL::directory(m_to));
+        const auto future = FileOperations::trash(files, progress());
+        QVERIFY(ends(future));
+        files.removeAt(50);
+        QCOMPARE(future.result(), files);
+        QCOMPARE(names(m_from), QByteArrayList());
+        QCOMPARE(names(m_root->path() + "/Trash/files").size(), 100);
+        QVERIFY(exists(m_to));
+        QVERIFY(reportedEachOf(101));
+    }
+
+    void emptyBatchesEnd() {
+        QVERIFY(ends(FileOperations::trash({}, {})));
+        QVERIFY(ends(FileOperations::transfer({}, FileURL::directory(m_to), FileOperationKind::copy, {})));
+    }
+
+    /// The program ends: the batch stops between two files, or within a large one, and leaves nothing half
+    /// done.
+    void stopsWhenCancelled_data() { transfersInOrderAndReports_data(); }
+
+    void stopsWhenCancelled() {
+        QFETCH(FileOperationKind, kind);
+        const QList<FileURL> files = makeFiles(200);
+        std::atomic_bool go = false;
+        QSemaphore begun;
+        const auto wait = [&](qsizetype done, qsizetype) {
+            if (done == 1) {
+                begun.release();
+            }
+            while (!go) {
+                QThread::msleep(1);
+            }
+        };
+        auto future = FileOperations::transfer(files, FileURL::directory(m_to), kind, wait);
+        QVERIFY(begun.tryAcquire(1, 60'000));
+        future.cancel();
+        go = true;
+        QVERIFY(ends(future));
+        QTRY_VERIFY_WITH_TIMEOUT(BackgroundTask::pool().activeThreadCount() == 0, 60'000);
+
+        const QByteArrayList copied = names(m_to);
+        QVERIFY(!copied.isEmpty() && copied.size() < 200);
+        for (int i = 0; i < 200; ++i) {
+            const QByteArray name = QByteArray::number(i) + ".jpg";
+            const bool atTarget = copied.contains(name);
+            QVERIFY(!atTarget || read(m_to + '/' + name) == pattern(1000, char(i)));
+            QCOMPARE(exists(m_from + '/' + name), kind == FileOperationKind::copy || !atTarget);
+        }
+        for (const QByteArray &name : copied) {
+            QVERIFY(!name.startsWith('.'));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(FileOperationsTest)
+#include "FileOperationsTest.moc"
