@@ -16,6 +16,7 @@ PICTURES = pathlib.Path(os.environ.get("MOSA_FAILURES", "."))
 
 BUTTON = "push button"
 MENU_ITEM = ("menu item", "check menu item")
+FLAGS = "Flags and File Actions"
 
 
 class Scenario(unittest.TestCase):
@@ -35,6 +36,20 @@ class Scenario(unittest.TestCase):
         run = Mosa(BINARY, *map(os.fsencode, arguments), **environment)
         self.runs.append(run)
         return run
+
+    # What several scenarios do
+
+    def flag(self, mosa, *cells):
+        """Flags items by the button that their cells show under the pointer."""
+        for done, cell in enumerate(cells):
+            mosa.point(mosa.see(name=cell))
+            mosa.click(mosa.see(BUTTON, "Flag"))
+            mosa.see(name=FLAGS, value=str(done + 1))
+
+    def choose(self, mosa, entry):
+        """Chooses an entry of the menu of flags and file actions."""
+        mosa.press(name=FLAGS)
+        mosa.press(MENU_ITEM, entry)
 
     def tearDown(self):
         # The outcome is known only after this method: look into it to tell a failed test from a good one.

@@ -22,10 +22,10 @@ HARMLESS = re.compile("|".join([
 class Mosa:
     """One run of the program. Names and roles are those that the accessibility bus tells."""
 
-    def __init__(self, binary, *arguments, home=None, **environment):
+    def __init__(self, binary, *arguments, prefix=(), **environment):
         self._log = open(os.path.join(os.environ["XDG_RUNTIME_DIR"], f"mosa-{time.monotonic_ns()}.log"), "w+b")
         variables = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **environment)
-        self.process = subprocess.Popen([binary, *arguments], env=variables, stdin=subprocess.DEVNULL,
+        self.process = subprocess.Popen([*prefix, binary, *arguments], env=variables, stdin=subprocess.DEVNULL,
                                         stdout=self._log, stderr=self._log)
         self._root = None
 

@@ -1,0 +1,103 @@
+"""Tabs, pages, cards, flags, empty views and the order of videos."""
+
+import re
+
+import samples
+import scenario
+from scenario import BUTTON, Scenario
+
+PAGE = re.compile(r"^\d+ / \d+$")
+
+
+class Browsing(Scenario):
+    def test_tabs_switch_between_videos_and_photos(self):
+        mosa = self.mosa(samples.folder(self.home / "both", videos=2, photos=3))
+        mosa.see(name="Play preview: clip 1.mp4")
+        mosa.press(name="Photos 3")
+        mosa.see(name="Open photo: photo 1.jpg")
+        mosa.see_gone(name="Play preview: clip 1.mp4")
+        mosa.press(name="Videos 2")
+        mosa.see(name="Play preview: clip 2.mp4")
+
+    def test_pages_turn_by_button_and_by_key_and_stop_at_both_ends(self):
+        mosa = self.mosa(samples.folder(self.home / "album", photos=40))
+        pages = int(mosa.see(name=PAGE).name.split(" / ")[1])
+        self.assertGreaterEqual(pages, 2)
+        mosa.see(name=f"1 / {pages}")
+        first = {cell.name for cell in mosa.all(name=re.compile("^Open photo: "))}
+        mosa.press(BUTTON, "Next Page")
+        mosa.see(name=f"2 / {pages}")
+        second = {cell.name for cell in mosa.all(name=re.compile("^Open photo: "))}
+        self.assertFalse(first & second, "no photo is on two pages")
+        mosa.key("Left")
+        mosa.see(name=f"1 / {pages}")
+        mosa.press(BUTTON, "Previous Page")
+        mosa.see(name=f"1 / {pages}")
+        for _ in range(pages):
+            mosa.press(BUTTON, "Next Page")
+        mosa.see(name=f"{pages} / {pages}")
+
+    def test_a_card_leads_into_its_folder_and_back_leads_out(self):
+        folder = samples.folder(self.home / "trip", photos=1)
+        samples.folder(folder / "Day 1", videos=2, photos=2)
+        samples.folder(folder / "only photos", photos=2)
+        mosa = self.mosa(folder)
+        mosa.see(name="Photos 3")
+        mosa.click(mosa.see(BUTTON, re.compile("^Day 1")))
+        mosa.see(name="Videos 2")
+        mosa.see(name="Photos 2")
+        mosa.press(BUTTON, "Back")
+        mosa.see(name="Photos 3")
+        mosa.press(BUTTON, re.compile("^Day 1"))
+        mosa.see(name="Videos 2")
+        mosa.key("Escape")
+        mosa.see(name="Photos 3")
+
+    def test_a_cell_flags_its_item_and_the_view_can_be_narrowed_to_it(self):
+        mosa = self.mosa(samples.folder(self.home / "album", photos=3))
+        self.flag(mosa, "Open photo: photo 2.jpg")
+        self.choose(mosa, "View Flagged Only")
+        mosa.see_gone(name="Open photo: photo 1.jpg")
+        mosa.see(name="Open photo: photo 2.jpg")
+        self.choose(mosa, "Deselect Page")
+        mosa.see(name="No flagged items in this view")
+        mosa.press(BUTTON, "Show All")
+        mosa.see(name="Open photo: photo 1.jpg")
+
+    def test_an_empty_folder_offers_another(self):
+        mosa = self.mosa(samples.folder(self.home / "empty"))
+        mosa.see(name="No videos here")
+        mosa.see(BUTTON, "Choose Another Folder…")
+        mosa.press(name="Photos 0")
+        mosa.see(name="No photos here")
+
+    def test_videos_are_removed_from_the_grid_and_restored(self):
+        mosa = self.mosa(samples.folder(self.home / "clips", videos=3))
+        mosa.point(mosa.see(name="Play preview: clip 2.mp4"))
+        mosa.press(BUTTON, "Remove from Grid")
+        mosa.see_gone(name="Play preview: clip 2.mp4")
+        mosa.see(name="Videos 3")
+        mosa.press(BUTTON, "1 removed · Reset")
+        mosa.see(name="Play preview: clip 2.mp4")
+
+    def test_videos_are_arranged(self):
+        mosa = self.mosa(samples.folder(self.home / "clips", videos=3))
+        before = self.order(mosa)
+        mosa.press(BUTTON, "Arrange")
+        mosa.see(name="Arrange Videos")
+        mosa.see(name="Move clips into the order you want to browse.")
+        downs = [button for button in mosa.all(BUTTON, re.compile("[Dd]own")) if button.has("enabled")]
+        self.assertEqual(len(downs), 2, "the last row goes no further down")
+        downs[0].press()
+        mosa.key("Return")
+        mosa.see_gone(name="Arrange Videos")
+        self.assertEqual(self.order(mosa), [before[1], before[0], before[2]])
+
+    def order(self, mosa):
+        mosa.see(name=re.compile("^Play preview: "))
+        cells = mosa.all(name=re.compile("^Play preview: "))
+        return [cell.name for cell in sorted(cells, key=lambda cell: (cell.rectangle[1], cell.rectangle[0]))]
+
+
+if __name__ == "__main__":
+    scenario.main()

@@ -1,0 +1,57 @@
+"""Previews under the pointer, and the viewers."""
+
+import re
+
+import samples
+import scenario
+from scenario import BUTTON, Scenario
+
+CLOCK = re.compile(r"^\d+:\d\d$")
+
+
+class Playing(Scenario):
+    def test_a_preview_follows_the_pointer_and_a_click_makes_it_audible(self):
+        mosa = self.mosa(samples.folder(self.home / "clips", videos=2))
+        cell = mosa.see(name="Play preview: clip 1.mp4", value="Preview stopped")
+        other = mosa.see(name="Play preview: clip 2.mp4", value="Preview stopped")
+        mosa.point(cell)
+        mosa.see(name=cell.name, value="Preview active")
+        mosa.see(BUTTON, "Unmute", value="Audio off")
+        mosa.click(cell)
+        mosa.see(BUTTON, "Mute", value=re.compile("^Audio on"))
+        mosa.see("slider")
+        mosa.point(other)
+        mosa.see(name=other.name, value="Preview active")
+        mosa.see(name=cell.name, value="Preview stopped")
+        mosa.point_away()
+        mosa.see(name=other.name, value="Preview stopped")
+
+    def test_a_video_opens_plays_pauses_and_closes(self):
+        mosa = self.mosa(samples.folder(self.home / "clips", videos=2))
+        mosa.click(mosa.see(name="Play preview: clip 1.mp4"), count=2)
+        mosa.see(name="clip 1.mp4")
+        mosa.see(BUTTON, "Cycle Subtitles")
+        mosa.see(name="0:04")
+        mosa.see(BUTTON, "Pause")
+        mosa.key("space")
+        mosa.see(BUTTON, "Play")
+        mosa.key("Right", "Left")
+        mosa.see(name="clip 1.mp4")
+        mosa.see(BUTTON, "Pause")
+        mosa.press(BUTTON, "Mute")
+        mosa.see(BUTTON, "Unmute", value="Audio off")
+        mosa.key("Escape")
+        mosa.see_gone(BUTTON, "Cycle Subtitles")
+        mosa.see(name="Play preview: clip 1.mp4")
+
+    def test_photos_open_step_and_close(self):
+        mosa = self.mosa(samples.folder(self.home / "album", photos=3))
+        mosa.click(mosa.see(name="Open photo: photo 1.jpg"), count=2)
+        mosa.see_gone(name="Photos 3")
+        mosa.key("Left", "Right", "space")
+        mosa.key("Escape")
+        mosa.see(name="Photos 3")
+
+
+if __name__ == "__main__":
+    scenario.main()
