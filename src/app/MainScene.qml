@@ -21,6 +21,7 @@ Item {
     ContentView {
         anchors.fill: parent
         state: root.state
+        host: root.host
     }
 
     WindowControls {

@@ -2,6 +2,8 @@
 
 #include "MediaFile.h"
 
+#include <QVariant>
+
 #include <optional>
 
 /// A subfolder that holds videos as well as photos, shown as a card to descend into.
@@ -11,6 +13,8 @@ struct FolderCard {
     Q_PROPERTY(FileURL url MEMBER url CONSTANT)
     Q_PROPERTY(QString name MEMBER name CONSTANT)
     Q_PROPERTY(qint64 itemCount MEMBER itemCount CONSTANT)
+    /// Undefined when absent.
+    Q_PROPERTY(QVariant representative READ representativeVariant CONSTANT)
 
 public:
     FileURL url;
@@ -21,6 +25,9 @@ public:
     std::optional<MediaFile> representative;
 
     QString id() const { return url.path(); }
+    QVariant representativeVariant() const {
+        return representative ? QVariant::fromValue(*representative) : QVariant();
+    }
 
     friend bool operator==(const FolderCard &, const FolderCard &) = default;
 };

@@ -249,6 +249,12 @@ void AppState::navigateBack() {
     rememberFolder(last.folder);
 }
 
+std::optional<FileURL> AppState::lastFolder() const {
+    const std::optional<QString> path =
+        m_services.preferences != nullptr ? m_services.preferences->string(lastFolderKey) : std::nullopt;
+    return path && !path->isEmpty() ? std::optional(FileURL::fromPath(*path)) : std::nullopt;
+}
+
 void AppState::rememberFolder(const FileURL &folder) {
     if (m_services.preferences != nullptr) {
         m_services.preferences->setString(lastFolderKey, folder.path());

@@ -31,6 +31,9 @@ class AppState : public QObject {
     Q_PROPERTY(QVariant folder READ folderVariant NOTIFY folderChanged)
     Q_PROPERTY(QList<MediaFile> videos READ videos NOTIFY videosChanged)
     Q_PROPERTY(QList<MediaFile> photos READ photos NOTIFY photosChanged)
+    /// Lengths of videos and photos, which QML would otherwise copy to count.
+    Q_PROPERTY(int videoCount READ videoCount NOTIFY videosChanged)
+    Q_PROPERTY(int photoCount READ photoCount NOTIFY photosChanged)
     Q_PROPERTY(QList<FolderCard> folders READ folders NOTIFY foldersChanged)
     Q_PROPERTY(MediaKinds::MediaKind activeTab READ activeTab WRITE setActiveTab NOTIFY activeTabChanged)
     Q_PROPERTY(int page READ page WRITE setPage NOTIFY pageChanged)
@@ -69,6 +72,8 @@ public:
     const std::optional<FileURL> &folder() const { return m_folder; }
     const QList<MediaFile> &videos() const { return m_videos; }
     const QList<MediaFile> &photos() const { return m_photos; }
+    int videoCount() const { return int(m_videos.size()); }
+    int photoCount() const { return int(m_photos.size()); }
     const QList<FolderCard> &folders() const { return m_folders; }
     MediaKind activeTab() const { return m_activeTab; }
     void setActiveTab(MediaKind tab);
@@ -88,6 +93,8 @@ public:
     bool arrangeOpen() const { return m_arrangeOpen; }
     void setArrangeOpen(bool open);
     bool canNavigateBack() const { return !m_history.isEmpty(); }
+    /// The folder remembered from the last scan or going back, in this run or an earlier one.
+    std::optional<FileURL> lastFolder() const;
 
     /// The list that the grid pages through: the active tab's, without removed videos, and only the flagged
     /// ones while viewFlaggedOnly.

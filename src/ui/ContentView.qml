@@ -1,21 +1,101 @@
-pragma ComponentBehavior: Bound
+// Not bound: the Loader of Qt 6.4 refuses bound components.
 
 import QtQuick
 import Mosa.State
+import Mosa.UI
 
+/// Everything in the window: the picker or the browser, the viewer over it, the error over all.
 Item {
     id: root
 
     required property AppState state
+    property alias immersive: keyMap.immersive
+    /// Questions that take the keyboard for themselves set it while they are on screen.
+    property bool keysSuspended: false
+
+    /// The window to toggle; without one, immersive changes alone.
+    property MainWindow host: null
+
+    /// Into or out of full screen, as a control asks.
+    function requestImmersive(on: bool): void {
+        immersive = on;
+        host?.toggleFullScreen();
+    }
 
     Rectangle {
         anchors.fill: parent
-        color: Qt.rgba(0.035, 0.035, 0.04, 1)
+        color: MosaLook.mosaBackground
     }
 
-    Text {
-        anchors.centerIn: parent
-        color: "white"
-        text: root.state.isScanning ? "scanning" : "Mosa " + root.state.activeTab + (root.state.activeTab === MediaKind.Video)
+    Loader {
+        anchors.fill: parent
+        sourceComponent: root.state.folder === undefined ? picker : browser
+    }
+    Component {
+        id: picker
+
+        FolderPickerView {
+            state: root.state
+        }
+    }
+    Component {
+        id: browser
+
+        MediaBrowserView {
+            state: root.state
+            immersive: root.immersive
+            desktop: root.host
+            onImmersiveRequested: on => root.requestImmersive(on)
+        }
+    }
+
+    Loader {
+        z: 30
+        width: parent.width
+        y: 54
+        active: root.state.errorMessage !== undefined
+        sourceComponent: Item {
+            height: banner.height
+
+            ErrorBanner {
+                id: banner
+                anchors.horizontalCenter: parent.horizontalCenter
+                maximumWidth: parent.width
+                message: root.state.errorMessage ?? ""
+                onDismissed: root.state.dismissError()
+            }
+        }
+    }
+
+    KeyMap {
+        id: keyMap
+        state: root.state
+        hasWindow: root.host !== null
+        windowIsFullScreen: root.host?.fullScreen ?? false
+        onFullScreenToggled: root.host?.toggleFullScreen()
+    }
+    KeyboardMonitor {
+        keyMap: keyMap
+        suspended: root.keysSuspended
+    }
+
+    NotificationObserver {
+        name: "MosaWindowWillEnterFullScreen"
+        onPosted: root.immersive = true
+    }
+    NotificationObserver {
+        name: "MosaWindowDidEnterFullScreen"
+        onPosted: root.immersive = true
+    }
+    NotificationObserver {
+        name: "MosaWindowWillExitFullScreen"
+        onPosted: root.immersive = false
+    }
+    NotificationObserver {
+        name: "MosaWindowDidExitFullScreen"
+        onPosted: root.immersive = false
+    }
+    FolderOpener {
+        state: root.state
     }
 }

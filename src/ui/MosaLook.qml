@@ -46,6 +46,11 @@ QtObject {
     function monospaced(size: int): font {
         return Qt.font({ family: monospacedFamily, pixelSize: size });
     }
+    /// A translucent colour as it looks over an opaque one.
+    function over(top: color, ground: color): color {
+        const a = top.a;
+        return Qt.rgba(top.r * a + ground.r * (1 - a), top.g * a + ground.g * (1 - a), top.b * a + ground.b * (1 - a), 1);
+    }
     /// The colour at another opacity.
     function faded(color: color, opacity: real): color {
         return Qt.rgba(color.r, color.g, color.b, color.a * opacity);

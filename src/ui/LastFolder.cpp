@@ -1,0 +1,50 @@
+#include "LastFolder.h"
+
+#include "BackgroundTask.h"
+
+#include <unistd.h>
+
+LastFolder::LastFolder(QObject *parent) : QObject(parent) {}
+
+LastFolder::~LastFolder() {
+    m_test.cancel();
+}
+
+AppState *LastFolder::state() const {
+    return m_state;
+}
+
+void LastFolder::setState(AppState *state) {
+    if (m_state == state)
+        return;
+    m_state = state;
+    Q_EMIT stateChanged();
+    refresh();
+}
+
+void LastFolder::refresh() {
+    m_test.cancel();
+    const std::optional<FileURL> url = m_state ? m_state->lastFolder() : std::nullopt;
+    if (!url) {
+        setAvailable(false);
+        return;
+    }
+    m_test = BackgroundTask::run<bool>([path = url->nativePath()](QPromise<bool> &promise) {
+        if (!promise.isCanceled())
+            promise.addResult(::access(path.constData(), F_OK) == 0);
+    });
+    m_test.then(this, [this](bool exists) { setAvailable(exists); });
+}
+
+void LastFolder::open() {
+    const std::optional<FileURL> url = m_state ? m_state->lastFolder() : std::nullopt;
+    if (url)
+        m_state->openFolder(*url, true);
+}
+
+void LastFolder::setAvailable(bool available) {
+    if (m_available == available)
+        return;
+    m_available = available;
+    Q_EMIT availableChanged();
+}

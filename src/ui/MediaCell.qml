@@ -1,0 +1,142 @@
+// Not bound: the Loader of Qt 6.4 refuses bound components.
+
+import QtQuick
+import Mosa.Playback
+import Mosa.State
+import Mosa.UI
+
+/// One tile of the grid.
+Item {
+    id: cell
+
+    required property mediaFile item
+    required property AppState state
+    signal menuRequested(position: point)
+
+    readonly property bool isVideo: item.kind === MediaKind.Video
+    readonly property bool hovering: preview.hovering
+
+    MediaAspectRatioKey.value: item.aspectRatio
+
+    MediaCellPreview {
+        id: preview
+        item: cell.item
+        state: cell.state
+    }
+    HoverHandler {
+        onHoveredChanged: {
+            if (hovered)
+                preview.entered();
+            else
+                preview.left();
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: "black"
+    }
+    MediaThumbnail {
+        anchors.fill: parent
+        item: cell.item
+        visible: preview.controller === null
+    }
+    Loader {
+        anchors.fill: parent
+        active: preview.controller !== null
+        sourceComponent: VideoPreviewLayer {
+            item: cell.item
+            controller: preview.controller
+        }
+    }
+
+    Item {
+        id: hitArea
+
+        anchors.fill: parent
+        activeFocusOnTab: true
+
+        Accessible.role: Accessible.Button
+        Accessible.name: (cell.isVideo ? qsTr("Play preview: %1") : qsTr("Open photo: %1")).arg(cell.item.url.lastPathComponent)
+        Accessible.description: !cell.isVideo ? "" : preview.controller !== null ? qsTr("Preview active") : qsTr("Preview stopped")
+        Accessible.focusable: true
+        Accessible.onPressAction: preview.clicked()
+
+        Keys.onReturnPressed: preview.doubleClicked()
+        Keys.onEnterPressed: preview.doubleClicked()
+        Keys.onSpacePressed: preview.clicked()
+        // The key would otherwise be a shortcut of the window's.
+        Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Menu
+        Keys.onPressed: event => {
+            const asks = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier));
+            if (asks)
+                cell.menuRequested(Qt.point(width / 2, height / 2));
+            event.accepted = asks;
+        }
+
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onClicked: mouse => {
+                if (mouse.button === Qt.LeftButton)
+                    preview.clicked();
+            }
+            onPressed: mouse => {
+                if (mouse.button === Qt.RightButton)
+                    cell.menuRequested(Qt.point(mouse.x, mouse.y));
+            }
+            onDoubleClicked: mouse => {
+                if (mouse.button === Qt.LeftButton)
+                    preview.doubleClicked();
+            }
+        }
+    }
+
+    Rectangle {
+        width: parent.width
+        height: Math.ceil(parent.height / 2)
+        anchors.bottom: parent.bottom
+        visible: cell.hovering
+        gradient: Gradient {
+            GradientStop {
+                position: 0
+                color: "transparent"
+            }
+            GradientStop {
+                position: 1
+                color: Qt.rgba(0, 0, 0, 0.72)
+            }
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: cell.hovering
+        sourceComponent: preview.controller !== null ? videoControls : photoControls
+    }
+    Component {
+        id: videoControls
+
+        VideoCellControls {
+            item: cell.item
+            state: cell.state
+            controller: preview.controller
+        }
+    }
+    Component {
+        id: photoControls
+
+        PhotoCellControls {
+            item: cell.item
+            state: cell.state
+        }
+    }
+
+    // Inside the cell: its neighbours are only a few points away.
+    SmoothRectangle {
+        anchors.fill: parent
+        visible: hitArea.activeFocus
+        radius: 2
+        borderWidth: 3
+        borderColor: MosaLook.focusRing
+    }
+}
