@@ -8,8 +8,7 @@ import sys
 import tempfile
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
-from program import Mosa  # noqa: E402
+from program import Mosa
 
 BINARY = os.environ.get("MOSA_BINARY", "build/release/src/app/mosa")
 PICTURES = pathlib.Path(os.environ.get("MOSA_FAILURES", "."))

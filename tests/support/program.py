@@ -23,10 +23,11 @@ class Mosa:
     """One run of the program. Names and roles are those that the accessibility bus tells."""
 
     def __init__(self, binary, *arguments, prefix=(), **environment):
-        self._log = open(os.path.join(os.environ["XDG_RUNTIME_DIR"], f"mosa-{time.monotonic_ns()}.log"), "w+b")
+        self._log = os.path.join(os.environ["XDG_RUNTIME_DIR"], f"mosa-{time.monotonic_ns()}.log")
         variables = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **environment)
-        self.process = subprocess.Popen([*prefix, binary, *arguments], env=variables, stdin=subprocess.DEVNULL,
-                                        stdout=self._log, stderr=self._log)
+        with open(self._log, "wb") as log:
+            self.process = subprocess.Popen([*prefix, binary, *arguments], env=variables, stdin=subprocess.DEVNULL,
+                                            stdout=log, stderr=log)
         self._root = None
 
     @property
@@ -42,8 +43,7 @@ class Mosa:
 
     def output(self):
         """Everything that the program has printed so far."""
-        self._log.flush()
-        with open(self._log.name, "rb") as log:
+        with open(self._log, "rb") as log:
             return log.read().decode("utf-8", "replace")
 
     def complaints(self):
