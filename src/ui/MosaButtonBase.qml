@@ -24,6 +24,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text !== "" ? text : toolTip
+    Accessible.onPressAction: button.click()
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()

@@ -31,6 +31,7 @@ T.MenuItem {
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
+    Accessible.onPressAction: item.click()
     Accessible.checkable: checkable
     Accessible.checked: checked
 
