@@ -1,5 +1,8 @@
 #include "HeifHeader.h"
 
+#include <algorithm>
+#include <array>
+#include <cstring>
 #include <memory>
 
 #include <libheif/heif.h>
@@ -13,21 +16,39 @@ struct HandleReleaser {
     void operator()(heif_image_handle *handle) const { heif_image_handle_release(handle); }
 };
 
-/// What libheif reads through: it asks for boxes here and there, and never for the pixels.
+/// What libheif reads through. It asks for a few bytes here and there, of the boxes alone and never of the
+/// pixels; a window over the file keeps that from costing a system call each.
 struct Source {
     const RegularFile &file;
     qint64 position = 0;
+    std::array<char, 4096> window;
+    qint64 begin = 0;
+    qint64 length = 0;
+
+    explicit Source(const RegularFile &opened) : file(opened) {}
 
     static int64_t tell(void *self) { return static_cast<Source *>(self)->position; }
 
-    static int read(void *target, size_t length, void *self) {
-        auto *source = static_cast<Source *>(self);
-        const qint64 got = source->file.read(source->position, target, qint64(length));
-        if (got != qint64(length)) {
-            return -1;
+    static int read(void *target, size_t size, void *self) {
+        return static_cast<Source *>(self)->copy(static_cast<char *>(target), qint64(size)) ? 0 : -1;
+    }
+
+    bool copy(char *target, qint64 size) {
+        if (size > qint64(window.size())) {
+            const bool whole = file.read(position, target, size) == size;
+            position += whole ? size : 0;
+            return whole;
         }
-        source->position += got;
-        return 0;
+        if (position < begin || position + size > begin + length) {
+            begin = position;
+            length = std::max<qint64>(0, file.read(position, window.data(), qint64(window.size())));
+        }
+        if (position + size > begin + length) {
+            return false;
+        }
+        std::memcpy(target, window.data() + (position - begin), size_t(size));
+        position += size;
+        return true;
     }
 
     static int seek(int64_t position, void *self) {
@@ -50,7 +71,7 @@ std::optional<QSize> HeifHeader::pixelSize(const RegularFile &file) {
                                         .seek = Source::seek,
                                         .wait_for_file_size = Source::wait};
     const std::unique_ptr<heif_context, ContextFreer> context(heif_context_alloc());
-    Source source{.file = file};
+    Source source(file);
     if (context == nullptr ||
         heif_context_read_from_reader(context.get(), &reader, &source, nullptr).code != heif_error_Ok) {
         return std::nullopt;
