@@ -73,7 +73,7 @@ MosaButtonBase {
             text: qsTr("View Flagged Only")
             checkable: true
             checked: button.state.viewFlaggedOnly
-            onTriggered: button.state.viewFlaggedOnly = checked
+            onTriggered: button.state.viewFlaggedOnly = !button.state.viewFlaggedOnly
         }
         MosaMenuSeparator {}
         MosaMenuItem {

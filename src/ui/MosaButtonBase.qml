@@ -24,7 +24,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text !== "" ? text : toolTip
-    Accessible.onPressAction: button.click()
+    Accessible.onPressAction: if (button.enabled) button.clicked()
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()

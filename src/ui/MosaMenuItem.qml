@@ -31,7 +31,7 @@ T.MenuItem {
 
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
-    Accessible.onPressAction: item.click()
+    Accessible.onPressAction: if (item.enabled) item.clicked()
     Accessible.checkable: checkable
     Accessible.checked: checked
 

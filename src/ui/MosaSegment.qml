@@ -15,7 +15,7 @@ T.AbstractButton {
 
     Accessible.role: Accessible.PageTab
     Accessible.name: text
-    Accessible.onPressAction: segment.click()
+    Accessible.onPressAction: segment.clicked()
     Accessible.selectable: true
     Accessible.selected: selected
     Accessible.focusable: true
