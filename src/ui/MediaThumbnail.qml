@@ -1,8 +1,32 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Mosa.State
-import Mosa.UI
-Item { id: t
+
+// The still picture of a media file on a dark layer, or an icon of its kind until there is one.
+Item {
+    id: root
+
     required property mediaFile item
-    Rectangle { anchors.fill: parent; color: Qt.rgba(0,0,0,0.55) }
-    SymbolIcon { anchors.centerIn: parent; name: t.item.kind === MediaKind.Video ? "film.stack" : "photo"; size: 30; weight: Font.Light; color: Qt.rgba(1,1,1,0.36) }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Qt.rgba(0, 0, 0, 0.55)
+    }
+
+    ThumbnailImage {
+        id: picture
+
+        anchors.fill: parent
+        item: root.item
+    }
+
+    SymbolIcon {
+        anchors.centerIn: parent
+        visible: !picture.hasImage
+        name: root.item.kind === MediaKind.Video ? "film.stack" : "photo"
+        size: 30
+        weight: Font.Light
+        color: Qt.rgba(1, 1, 1, 0.36)
+    }
 }

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "MediaFile.h"
+
+#include <QFutureWatcher>
+#include <QImage>
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+/// The thumbnail of one media file, whole and centred in the item, its aspect ratio kept.
+///
+/// Asks the shared service when it is complete and again when the file's path changes; the old picture stays
+/// until the new result, which may be nothing, has arrived. The request is withdrawn when the item goes away.
+class ThumbnailImage : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(MediaFile item READ item WRITE setItem NOTIFY itemChanged)
+    Q_PROPERTY(bool hasImage READ hasImage NOTIFY hasImageChanged)
+
+public:
+    /// In pixels.
+    static constexpr int requestedSize = 720;
+
+    explicit ThumbnailImage(QQuickItem *parent = nullptr);
+    ~ThumbnailImage() override;
+
+    const MediaFile &item() const { return m_item; }
+    void setItem(const MediaFile &item);
+    bool hasImage() const { return !m_shown.isNull(); }
+    /// Where the picture is drawn, in item coordinates; empty without one.
+    QRectF pictureRect() const;
+
+Q_SIGNALS:
+    void itemChanged();
+    void hasImageChanged();
+
+protected:
+    void componentComplete() override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data) override;
+
+private:
+    void request();
+    void receive();
+    void chooseLevel();
+    void show(const QImage &image, int level);
+    int neededLevel() const;
+
+    MediaFile m_item;
+    /// As the service made it.
+    QImage m_source;
+    /// What is drawn: the source, or for small items the source halved m_level times, as a texture that is
+    /// reduced by more than half flickers and looks grainy.
+    QImage m_shown;
+    int m_level = 0;
+    bool m_textureStale = false;
+    QFutureWatcher<QImage> m_request;
+    QFutureWatcher<QImage> m_reduction;
+    int m_reductionLevel = 0;
+};
