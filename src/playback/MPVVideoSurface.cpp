@@ -24,6 +24,7 @@ void MPVVideoSurface::setController(MPVPlayerController *controller) {
     m_view = controller ? controller->surface() : nullptr;
     if (m_view) {
         connect(m_view, &MPVOpenGLView::contentsChanged, this, &QQuickItem::update);
+        connect(m_view, &MPVOpenGLView::hostChanged, this, &QQuickItem::update);
         m_view->setHost(this);
         updateBackingSize();
     }

@@ -6,11 +6,15 @@ import Mosa.State
 import Mosa.UI
 
 /// A running preview, under the item's still picture until the first frame of the video has been drawn.
+///
+/// A cell that shows that picture already keeps its own on top for as long: another one would have to be fetched first.
 Item {
     id: root
 
     required property mediaFile item
     required property MPVPlayerController controller
+
+    property bool bringsThumbnail: true
 
     readonly property bool playing: controller?.hasRenderedFrame ?? false
 
@@ -23,9 +27,11 @@ Item {
         controller: root.controller
     }
 
-    MediaThumbnail {
+    Loader {
         anchors.fill: parent
-        item: root.item
-        visible: !root.playing
+        active: root.bringsThumbnail && !root.playing
+        sourceComponent: MediaThumbnail {
+            item: root.item
+        }
     }
 }
