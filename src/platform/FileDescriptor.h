@@ -23,6 +23,8 @@ public:
     /// The number for the kernel, -1 when nothing is open.
     int get() const { return m_fd; }
     void close() noexcept;
+    /// Hands the descriptor over to whatever closes it from now on.
+    int release() { return std::exchange(m_fd, -1); }
 
     /// Opens a path of any length relative to a directory (AT_FDCWD for absolute paths): one that is longer
     /// than the kernel takes at once is walked in pieces. Links are followed except in the last component,

@@ -1,0 +1,127 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Controls.Basic
+import Mosa.State
+import Mosa.UI
+
+/// The videos in order, to be dragged or moved step by step. Up and down arrows go through the rows; with Alt
+/// they move the current video.
+ListView {
+    id: view
+
+    required property AppState state
+
+    readonly property real rowHeight: 34
+    /// While a row is dragged: which, and where the pointer is in the view.
+    property int draggedRow: -1
+    property real pointerY: 0
+    /// The gap between rows in which the dragged one would land, counted with it still in its place.
+    readonly property int destination: Math.max(0, Math.min(count, Math.round((pointerY + contentY - originY) / rowHeight)))
+
+    function drop(): void {
+        const from = draggedRow;
+        draggedRow = -1;
+        if (from >= 0 && destination !== from && destination !== from + 1) {
+            state.moveVideo(from, destination);
+        }
+    }
+
+    function step(row: int, offset: int): void {
+        if (row + offset >= 0 && row + offset < count) {
+            state.moveVideo(row, offset < 0 ? row - 1 : row + 2);
+        }
+    }
+
+    clip: true
+    boundsBehavior: Flickable.StopAtBounds
+    // The rows are dragged; the list scrolls by wheel, touchpad and scroll bar.
+    interactive: false
+    reuseItems: true
+    cacheBuffer: 200
+    activeFocusOnTab: true
+    highlightMoveDuration: 0
+    currentIndex: 0
+    model: VideoOrderModel {
+        state: view.state
+    }
+
+    Accessible.role: Accessible.List
+    Accessible.name: qsTr("Videos")
+
+    Keys.onPressed: event => {
+        const offset = event.key === Qt.Key_Up ? -1 : event.key === Qt.Key_Down ? 1 : 0;
+        event.accepted = offset !== 0;
+        if (offset !== 0 && (event.modifiers & Qt.AltModifier)) {
+            view.step(view.currentIndex, offset);
+        } else if (offset !== 0) {
+            view.currentIndex = Math.max(0, Math.min(view.count - 1, view.currentIndex + offset));
+        }
+    }
+
+    move: Transition {
+        NumberAnimation {
+            property: "y"
+            duration: 140
+            easing.type: Easing.OutCubic
+        }
+    }
+    moveDisplaced: move
+
+    ScrollBar.vertical: ScrollBar {}
+    WheelHandler {
+        onWheel: event => {
+            const distance = event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 120 * 3 * view.rowHeight;
+            view.scrollBy(-distance);
+        }
+    }
+
+    function scrollBy(distance: real): void {
+        const end = Math.max(originY, originY + contentHeight - height);
+        contentY = Math.max(originY, Math.min(end, contentY + distance));
+    }
+
+    // Near the edges the dragged row takes the list along, faster the nearer.
+    FrameAnimation {
+        id: autoscroll
+
+        readonly property real zone: 44
+        readonly property real pull: view.pointerY < zone ? view.pointerY - zone : Math.max(0, view.pointerY - view.height + zone)
+
+        running: view.draggedRow >= 0 && pull !== 0
+        onTriggered: view.scrollBy(Math.max(-90, Math.min(90, pull)) * 14 * frameTime)
+    }
+
+    delegate: ArrangeVideosRow {
+        required property int index
+
+        width: view.width
+        height: view.rowHeight
+        position: index
+        count: view.count
+        current: view.activeFocus && ListView.isCurrentItem
+        dimmed: view.draggedRow === index
+        onUp: view.step(index, -1)
+        onDown: view.step(index, 1)
+        onPressed: {
+            view.currentIndex = index;
+            view.forceActiveFocus(Qt.MouseFocusReason);
+        }
+        onDragStarted: view.draggedRow = index
+        onDragMoved: y => view.pointerY = mapToItem(view, 0, y).y
+        onDragEnded: view.drop()
+    }
+
+    Rectangle {
+        // Where the dragged row would land.
+        parent: view
+        z: 2
+        visible: view.draggedRow >= 0
+        x: 8
+        width: view.width - 16
+        y: view.originY + view.destination * view.rowHeight - view.contentY - 1
+        height: 2
+        radius: 1
+        color: MosaLook.mosaRed
+    }
+}

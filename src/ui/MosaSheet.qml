@@ -1,0 +1,98 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Mosa.UI
+
+/// A modal panel within the window. What lies below is dimmed and gets no input while the sheet is there; the
+/// Tab key goes round within it, and its end gives the focus back.
+FocusScope {
+    id: sheet
+
+    property real panelWidth: 420
+    property real panelHeight: 200
+    /// Has the focus first.
+    property Item initialFocus: null
+    property alias panel: body
+    default property alias content: body.data
+
+    property Item formerFocus: null
+
+    anchors.fill: parent
+    focus: true
+
+    Component.onCompleted: {
+        formerFocus = Window.activeFocusItem;
+        (initialFocus ?? firstStop.nextItemInFocusChain(true)).forceActiveFocus(Qt.PopupFocusReason);
+        appearance.start();
+    }
+    Component.onDestruction: {
+        if (formerFocus) {
+            formerFocus.forceActiveFocus(Qt.PopupFocusReason);
+        }
+    }
+
+    NumberAnimation {
+        id: appearance
+        target: sheet
+        property: "opacity"
+        from: 0
+        to: 1
+        duration: 120
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Qt.rgba(0, 0, 0, 0.5)
+    }
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        preventStealing: true
+        onWheel: wheel => wheel.accepted = true
+    }
+    DropArea {
+        anchors.fill: parent
+        onEntered: drag => drag.accepted = true
+        onDropped: drop => drop.accepted = false
+    }
+
+    // Before the first and behind the last control of the panel: who gets there is sent round.
+    Item {
+        id: firstStop
+        activeFocusOnTab: true
+        onActiveFocusChanged: {
+            if (activeFocus) {
+                lastStop.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason);
+            }
+        }
+    }
+
+    SmoothRectangle {
+        anchors.fill: body
+        anchors.margins: -1
+        radius: 13
+        color: Qt.rgba(0, 0, 0, 0.35)
+    }
+    SmoothRectangle {
+        id: body
+
+        anchors.centerIn: parent
+        width: Math.min(sheet.panelWidth, sheet.width - 32)
+        height: Math.min(sheet.panelHeight, sheet.height - 32)
+        radius: 12
+        color: MosaLook.mosaPanel
+        borderColor: MosaLook.hairline
+        borderWidth: 1
+    }
+
+    Item {
+        id: lastStop
+        activeFocusOnTab: true
+        onActiveFocusChanged: {
+            if (activeFocus) {
+                firstStop.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+            }
+        }
+    }
+}

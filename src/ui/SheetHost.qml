@@ -1,0 +1,36 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Mosa.State
+import Mosa.UI
+
+/// The window's sheets, above everything else in it.
+Item {
+    id: host
+
+    required property AppState state
+    property SheetAlertPresenter alerts: null
+    property SheetFolderChooser chooser: null
+
+    Loader {
+        anchors.fill: parent
+        active: host.state.arrangeOpen && host.state.activeTab === MediaKind.Video && host.state.videos.length >= 2
+        sourceComponent: ArrangeVideosView {
+            state: host.state
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: host.chooser?.active ?? false
+        sourceComponent: FolderChooserSheet {
+            chooser: host.chooser
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: host.alerts?.active ?? false
+        sourceComponent: AlertSheet {
+            presenter: host.alerts
+        }
+    }
+}
