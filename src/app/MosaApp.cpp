@@ -6,10 +6,12 @@
 #include "DesktopFileManager.h"
 #include "DirectoryTest.h"
 #include "FolderScanner.h"
+#include "GlobalMenu.h"
 #include "MainWindow.h"
 #include "MenuCommands.h"
 #include "MosaUpdaterController.h"
 #include "SettingsPreferences.h"
+#include "ThumbnailService.h"
 
 #include <QGuiApplication>
 
@@ -79,6 +81,7 @@ void MosaApp::openWindow() {
          {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}});
     m_window->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Mosa/App/MainScene.qml")));
     m_window->open();
+    m_globalMenu = std::make_unique<GlobalMenu>(m_sessionBus, *m_menuCommands, *m_window);
     if (m_firstFolder) {
         m_appDelegate.applicationOpen({*m_firstFolder});
     }
@@ -123,11 +126,13 @@ void MosaApp::quit() {
 }
 
 bool MosaApp::end() {
+    m_globalMenu.reset();
     m_window.reset();
     m_menuCommands.reset();
     m_updater.reset();
     m_state.reset();
     m_fileManager.reset();
     m_preferences.reset();
-    return BackgroundTask::finish(endLimit);
+    const bool thumbnailsEnded = ThumbnailService::finishShared(endLimit);
+    return BackgroundTask::finish(endLimit) && thumbnailsEnded;
 }

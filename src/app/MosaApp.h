@@ -9,6 +9,7 @@
 
 class AppState;
 class FileManager;
+class GlobalMenu;
 class MainWindow;
 class MenuCommands;
 class MosaUpdaterController;
@@ -17,8 +18,8 @@ class Preferences;
 /// Owns the program's long-lived objects for the whole run.
 ///
 /// The end, in order: the window with its scene, whose views shut their players down; the state, which gives
-/// up its scan and file work; the preferences, which are written out; then the tasks
-/// that still run are waited for a moment.
+/// up its scan and file work; the preferences, which are written out; the thumbnails; then the tasks that
+/// still run are waited for a moment.
 class MosaApp : public QObject {
     Q_OBJECT
 
@@ -52,4 +53,5 @@ private:
     std::unique_ptr<MosaUpdaterController> m_updater;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<MenuCommands> m_menuCommands;
+    std::unique_ptr<GlobalMenu> m_globalMenu;
 };

@@ -10,6 +10,9 @@
 void MosaAppDelegate::applicationWillFinishLaunching() {
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Mosa"));
     QGuiApplication::setDesktopFileName(ApplicationIdentity::applicationId);
+    QGuiApplication::setWindowIcon(
+        QIcon::fromTheme(ApplicationIdentity::applicationId,
+                         QIcon(QStringLiteral(":/qt/qml/Mosa/UI/Mosa-Icon.svg"))));
     QGuiApplication::setQuitOnLastWindowClosed(applicationShouldTerminateAfterLastWindowClosed());
 }
 

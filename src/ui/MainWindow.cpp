@@ -77,7 +77,6 @@ void MainWindow::followWindowState() {
 bool MainWindow::event(QEvent *event) {
     if (event->type() == QEvent::Close) {
         m_autosave.save();
-        Q_EMIT closing();
     }
     // The base class sends pointer events through its own handlers and back here before the scene sees them;
     // only after the outermost call is it known whether an item took the press.

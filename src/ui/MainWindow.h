@@ -49,8 +49,6 @@ Q_SIGNALS:
     void stateChanged();
     /// The user asks for the window's menu at a point of the window.
     void menuRequested(QPointF position);
-    /// The window is about to close; nothing refuses it.
-    void closing();
 
 protected:
     bool event(QEvent *event) override;

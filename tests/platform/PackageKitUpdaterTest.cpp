@@ -1,0 +1,117 @@
+#include "PackageKitUpdater.h"
+
+#include "PrivateBus.h"
+#include "StandInPackageKit.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using Phase = PackageKitUpdater::Phase;
+
+namespace {
+
+constexpr int limit = 30000;
+
+} // namespace
+
+class PackageKitUpdaterTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (!PrivateBus::isPossible()) {
+            QSKIP("no message bus is installed");
+        }
+    }
+
+    void staysUnableWithoutService() {
+        PrivateBus bus;
+        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        // The updater asked first, so its answer is in before this one's.
+        QVERIFY(bus.connect().interface()->registeredServiceNames().isValid());
+        QTest::qWait(200);
+        QVERIFY(!updater.canCheckForUpdates());
+        updater.checkForUpdates();
+        QCOMPARE(updater.phase(), Phase::Idle);
+    }
+
+    void staysUnableWithoutBus() {
+        PackageKitUpdater updater(QDBusConnection(QStringLiteral("nothing")), QStringLiteral("mosa"));
+        QVERIFY(!updater.canCheckForUpdates());
+    }
+
+    void checks_data() {
+        QTest::addColumn<QStringList>("updates");
+        QTest::addColumn<QString>("failing");
+        QTest::addColumn<Phase>("phase");
+        QTest::addColumn<QString>("text");
+        const QString ours = QStringLiteral("mosa;0.2.0;amd64;stable");
+        const QString other = QStringLiteral("mosaic;9.9;amd64;stable");
+        QTest::newRow("nothing") << QStringList() << "" << Phase::UpToDate << "";
+        QTest::newRow("only other packages") << QStringList{other} << "" << Phase::UpToDate << "";
+        QTest::newRow("a newer version") << QStringList{other, ours} << "" << Phase::Available << "0.2.0";
+        QTest::newRow("malformed id") << QStringList{QStringLiteral("mosa")} << "" << Phase::UpToDate << "";
+        QTest::newRow("no network") << QStringList{ours} << "RefreshCache" << Phase::Failed << "No network";
+        QTest::newRow("broken list") << QStringList{ours} << "GetUpdates" << Phase::Failed << "No network";
+    }
+
+    void checks() {
+        QFETCH(QStringList, updates);
+        QFETCH(QString, failing);
+        QFETCH(QString, text);
+        PrivateBus bus;
+        StandInPackageKit service(bus.connect());
+        service.script = {updates, failing, QStringLiteral("No network"), {}};
+        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        QVERIFY(!updater.canCheckForUpdates());
+        QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
+
+        QSignalSpy ability(&updater, &PackageKitUpdater::canCheckForUpdatesChanged);
+        updater.checkForUpdates();
+        QVERIFY(!updater.canCheckForUpdates());
+        QCOMPARE(updater.phase(), Phase::Checking);
+        QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
+        QCOMPARE(ability.size(), 2);
+        QTEST(updater.phase(), "phase");
+        QCOMPARE(updater.phase() == Phase::Failed ? updater.error() : updater.version(), text);
+    }
+
+    void installsWhatItFound() {
+        PrivateBus bus;
+        StandInPackageKit service(bus.connect());
+        const QString id = QStringLiteral("mosa;0.2.0;amd64;stable");
+        service.script.updates = {id};
+        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        updater.install();
+        QCOMPARE(updater.phase(), Phase::Idle);
+        QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
+        updater.checkForUpdates();
+        QTRY_COMPARE_WITH_TIMEOUT(updater.phase(), Phase::Available, limit);
+        updater.install();
+        QVERIFY(!updater.canCheckForUpdates());
+        QTRY_COMPARE_WITH_TIMEOUT(updater.phase(), Phase::Installed, limit);
+        QCOMPARE(service.calls, QStringList({QStringLiteral("RefreshCache"), QStringLiteral("GetUpdates"), id,
+                                             QStringLiteral("UpdatePackages")}));
+        updater.dismiss();
+        QCOMPARE(updater.phase(), Phase::Idle);
+    }
+
+    void failsWhenServiceDies() {
+        PrivateBus bus;
+        StandInPackageKit service(bus.connect());
+        service.script.hanging = QStringLiteral("GetUpdates");
+        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
+        updater.checkForUpdates();
+        QTRY_VERIFY_WITH_TIMEOUT(service.calls.contains(QStringLiteral("GetUpdates")), limit);
+        updater.dismiss();
+        QCOMPARE(updater.phase(), Phase::Checking);
+        service.die();
+        QTRY_COMPARE_WITH_TIMEOUT(updater.phase(), Phase::Failed, limit);
+        QVERIFY(!updater.error().isEmpty());
+        QVERIFY(updater.canCheckForUpdates());
+    }
+};
+
+QTEST_GUILESS_MAIN(PackageKitUpdaterTest)
+#include "PackageKitUpdaterTest.moc"
