@@ -14,7 +14,8 @@ Panel {
         Image {
             anchors.horizontalCenter: parent.horizontalCenter
             source: "qrc:/qt/qml/Mosa/UI/Mosa-Icon.svg"
-            sourceSize: Qt.size(96, 96)
+            sourceSize.width: 96
+            sourceSize.height: 96
             Accessible.ignored: true
         }
         Text {

@@ -10,9 +10,19 @@ MosaMenu {
 
     required property MenuCommands menuCommands
 
+    // A line before the item.
+    function partFromAbove(item: Item): void {
+        for (let i = 0; i < count; ++i) {
+            if (itemAt(i) === item) {
+                insertItem(i, separator.createObject(contentItem));
+                return;
+            }
+        }
+    }
+
     implicitWidth: 240
 
-    Instantiator {
+    Repeater {
         model: root.menuCommands.commands
         delegate: MosaMenuItem {
             required property MenuCommand modelData
@@ -25,11 +35,9 @@ MosaMenu {
             onTriggered: modelData.trigger()
             Accessible.onPressAction: modelData.trigger()
         }
-        onObjectAdded: (index, object) => {
-            const item = object as MosaMenuItem;
+        onItemAdded: (index, item) => {
             if (item.startsGroup)
-                root.addItem(separator.createObject(root.contentItem));
-            root.addItem(item);
+                root.partFromAbove(item);
         }
     }
 

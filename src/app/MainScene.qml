@@ -18,6 +18,11 @@ Item {
         menu.popup(root, position.x, position.y);
     }
 
+    Component.onCompleted: {
+        host.menuRequested.connect(openMenu);
+        menuCommands.aboutRequested.connect(about.open);
+    }
+
     ContentView {
         anchors.fill: parent
         state: root.state
@@ -52,15 +57,19 @@ Item {
         id: about
     }
 
-    Instantiator {
+    Repeater {
         model: root.menuCommands.commands
-        delegate: Shortcut {
+        delegate: Item {
+            id: key
+
             required property MenuCommand modelData
 
-            sequence: modelData.shortcut
-            context: Qt.ApplicationShortcut
-            enabled: modelData.enabled && modelData.shortcut !== ""
-            onActivated: modelData.trigger()
+            Shortcut {
+                sequence: key.modelData.shortcut
+                context: Qt.ApplicationShortcut
+                enabled: key.modelData.enabled && key.modelData.shortcut !== ""
+                onActivated: key.modelData.trigger()
+            }
         }
     }
 
@@ -68,19 +77,5 @@ Item {
         sequences: ["F10", "Menu"]
         context: Qt.ApplicationShortcut
         onActivated: root.openMenu(Qt.point(controls.x, controls.height - 6))
-    }
-
-    Connections {
-        target: root.host
-        function onMenuRequested(position: point): void {
-            root.openMenu(position);
-        }
-    }
-
-    Connections {
-        target: root.menuCommands
-        function onAboutRequested(): void {
-            about.open();
-        }
     }
 }

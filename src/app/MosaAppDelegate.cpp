@@ -10,9 +10,8 @@
 void MosaAppDelegate::applicationWillFinishLaunching() {
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Mosa"));
     QGuiApplication::setDesktopFileName(ApplicationIdentity::applicationId);
-    QGuiApplication::setWindowIcon(
-        QIcon::fromTheme(ApplicationIdentity::applicationId,
-                         QIcon(QStringLiteral(":/qt/qml/Mosa/UI/Mosa-Icon.svg"))));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(ApplicationIdentity::applicationId,
+                                                    QIcon(QStringLiteral(":/qt/qml/Mosa/UI/Mosa-Icon.svg"))));
     QGuiApplication::setQuitOnLastWindowClosed(applicationShouldTerminateAfterLastWindowClosed());
 }
 

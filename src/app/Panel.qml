@@ -1,20 +1,22 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Mosa.UI
 
 // A small panel over the middle of the window, for what the program says about itself.
-Popup {
+T.Popup {
     id: root
 
-    parent: Overlay.overlay
+    parent: T.Overlay.overlay
     anchors.centerIn: parent
+    implicitWidth: contentWidth + leftPadding + rightPadding
+    implicitHeight: contentHeight + topPadding + bottomPadding
     modal: true
+    dim: true
     focus: true
     padding: 24
-    closePolicy: Popup.CloseOnEscape
+    closePolicy: T.Popup.CloseOnEscape
     background: SmoothRectangle {
         color: MosaLook.menuMaterial
         radius: 12
@@ -24,7 +26,7 @@ Popup {
         shadowRadius: 30
         shadowOffset: 10
     }
-    Overlay.modal: Rectangle {
+    T.Overlay.modal: Rectangle {
         color: Qt.rgba(0, 0, 0, 0.45)
     }
 }

@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Mosa.App
 import Mosa.UI
 
@@ -13,7 +13,7 @@ Panel {
 
     visible: updater.title !== ""
     width: 380
-    closePolicy: updater.busy ? Popup.NoAutoClose : Popup.CloseOnEscape
+    closePolicy: updater.busy ? T.Popup.NoAutoClose : T.Popup.CloseOnEscape
     onClosed: updater.dismiss()
 
     contentItem: Column {
