@@ -18,7 +18,10 @@ QImage::Format reducedFormat(const QImage &image) {
 AreaReducer::AreaReducer(QSize source, QSize target, QImage::Format format)
     : m_source(source), m_target(target, format), m_columns(size_t(target.width())),
       m_sums(size_t(source.width()) * channels) {
-    m_target.fill(0);
+    m_target.fill(Qt::black);
+    if (m_target.hasAlphaChannel()) {
+        m_target.fill(Qt::transparent);
+    }
     const double step = double(source.width()) / target.width();
     for (int x = 0; x < target.width(); ++x) {
         const double from = x * step;

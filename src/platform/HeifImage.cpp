@@ -2,6 +2,7 @@
 
 #include "AreaReducer.h"
 #include "CodedColour.h"
+#include "HevcDecoderPlugin.h"
 
 #include <QColorSpace>
 
@@ -95,12 +96,14 @@ QImage::Format format(const heif_image_handle *handle) {
                                                                  : QImage::Format_RGBA8888;
 }
 
-Heif<heif_image> decode(const heif_image_handle *handle, heif_chroma chroma) {
+/// With libheif's first choice of decoder, or the one that is named.
+Heif<heif_image> decode(const heif_image_handle *handle, heif_chroma chroma, const char *decoder) {
     const Heif<heif_decoding_options> options(heif_decoding_options_alloc());
     if (options == nullptr) {
         return nullptr;
     }
     options->convert_hdr_to_8bit = 1;
+    options->decoder_id = decoder;
     heif_image *image = nullptr;
     const bool decoded = ok(heif_decode_image(handle, &image, heif_colorspace_RGB, chroma, options.get()));
     Heif<heif_image> result(image);
@@ -113,6 +116,7 @@ namespace ImageSource {
 
 QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
                 const ImageDecoder::Cancelled &cancelled) {
+    HevcDecoderPlugin::registerOnce();
     Reader reader{.file = file, .cancelled = cancelled};
     const Heif<heif_context> context(heif_context_alloc());
     if (context == nullptr ||
@@ -133,9 +137,12 @@ QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
         return {};
     }
     const QImage::Format pixelFormat = format(primary);
-    const Heif<heif_image> decoded =
-        decode(primary, pixelFormat == QImage::Format_RGB888 ? heif_chroma_interleaved_RGB
-                                                             : heif_chroma_interleaved_RGBA);
+    const heif_chroma chroma =
+        pixelFormat == QImage::Format_RGB888 ? heif_chroma_interleaved_RGB : heif_chroma_interleaved_RGBA;
+    Heif<heif_image> decoded = decode(primary, chroma, nullptr);
+    if (decoded == nullptr) {
+        decoded = decode(primary, chroma, HevcDecoderPlugin::fallbackId);
+    }
     if (decoded == nullptr) {
         return {};
     }

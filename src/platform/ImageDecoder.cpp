@@ -45,6 +45,17 @@ QByteArray formatOf(const RegularFile &file) {
     return {};
 }
 
+QImage read(const RegularFile &file, const QByteArray &format, const TargetSize &targetSize,
+            const ImageDecoder::Cancelled &cancelled) {
+    if (format == "heif") {
+        return ImageSource::readHeif(file, targetSize, cancelled);
+    }
+    if (format == "jpeg") {
+        return ImageSource::readJpeg(file, targetSize, cancelled);
+    }
+    return ImageSource::readWithQt(file, format, targetSize, cancelled);
+}
+
 QImage decode(const FileURL &url, const TargetSize &targetSize, const ImageDecoder::Cancelled &cancelled) {
     const auto file = RegularFile::open(url);
     if (!file) {
@@ -54,8 +65,7 @@ QImage decode(const FileURL &url, const TargetSize &targetSize, const ImageDecod
     if (format.isEmpty()) {
         return {};
     }
-    QImage image = format == "heif" ? ImageSource::readHeif(*file, targetSize, cancelled)
-                                    : ImageSource::readWithQt(*file, format, targetSize, cancelled);
+    QImage image = read(*file, format, targetSize, cancelled);
     if (cancelled && cancelled()) {
         return {};
     }

@@ -12,21 +12,6 @@
 
 namespace {
 
-/// Turns a picture as QImageReader would, but after it has been reduced.
-QImage transformed(QImage image, QImageIOHandler::Transformations transformation) {
-    const bool mirror = transformation.testFlag(QImageIOHandler::TransformationMirror);
-    const bool flip = transformation.testFlag(QImageIOHandler::TransformationFlip);
-    if (mirror || flip) {
-        image = std::move(image).mirrored(mirror, flip);
-    }
-    if (transformation.testFlag(QImageIOHandler::TransformationRotate90)) {
-        const QColorSpace space = image.colorSpace();
-        image = image.transformed(QTransform().rotate(90));
-        image.setColorSpace(space);
-    }
-    return image;
-}
-
 qint64 bytesNeeded(QSize size, QImage::Format format) {
     const int depth = format == QImage::Format_Invalid ? 32 : QImage::toPixelFormat(format).bitsPerPixel();
     return qint64(size.width()) * size.height() * depth / 8;
@@ -81,6 +66,20 @@ QImage readWithQt(const RegularFile &file, const QByteArray &format, const Targe
 QImage finished(QImage image) {
     image = toSRGB(std::move(image));
     return image.hasAlphaChannel() && isOpaque(image) ? image.convertToFormat(QImage::Format_RGB32) : image;
+}
+
+QImage transformed(QImage image, QImageIOHandler::Transformations transformation) {
+    const bool mirror = transformation.testFlag(QImageIOHandler::TransformationMirror);
+    const bool flip = transformation.testFlag(QImageIOHandler::TransformationFlip);
+    if (mirror || flip) {
+        image = std::move(image).mirrored(mirror, flip);
+    }
+    if (transformation.testFlag(QImageIOHandler::TransformationRotate90)) {
+        const QColorSpace space = image.colorSpace();
+        image = image.transformed(QTransform().rotate(90));
+        image.setColorSpace(space);
+    }
+    return image;
 }
 
 QImage toSRGB(QImage image) {

@@ -1,13 +1,10 @@
 #include "ThumbnailDiskCache.h"
 
+#include "PictureCodec.h"
 #include "ThumbnailCacheTrimmer.h"
 
-#include <QBuffer>
-#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFile>
-#include <QImageReader>
-#include <QImageWriter>
 #include <QStandardPaths>
 
 #include <atomic>
@@ -26,7 +23,7 @@ constexpr qint64 largestEntry = 16LL * 1024 * 1024;
 constexpr int largestSide = 8192;
 constexpr int directoryFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW;
 
-/// The entry's bytes; empty when it is absent or not whole.
+/// The entry's bytes; empty when it is absent.
 QByteArray readEntry(const FileDescriptor &directory, const QByteArray &name) {
     const FileDescriptor file =
         FileDescriptor::open(directory.get(), name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
@@ -39,8 +36,7 @@ QByteArray readEntry(const FileDescriptor &directory, const QByteArray &name) {
     if (::pread(file.get(), bytes.data(), size_t(bytes.size()), 0) != bytes.size()) {
         return {};
     }
-    // The decoder would fill what is missing with grey.
-    return bytes.endsWith("\xFF\xD9") ? bytes : QByteArray();
+    return bytes;
 }
 
 bool writeAll(const FileDescriptor &file, const QByteArray &bytes) {
@@ -116,25 +112,12 @@ QImage ThumbnailDiskCache::read(const FileURL &media) const {
     if (!directory.isOpen()) {
         return {};
     }
-    QByteArray bytes = readEntry(directory, cacheName(media));
-    if (bytes.isEmpty()) {
-        return {};
-    }
-    QBuffer buffer(&bytes);
-    QImageReader reader(&buffer, "jpeg");
-    const QSize size = reader.size();
-    if (size.isEmpty() || size.width() > largestSide || size.height() > largestSide) {
-        return {};
-    }
-    const QImage image = reader.read();
-    return image.isNull() ? image : image.convertToFormat(QImage::Format_RGB32);
+    return PictureCodec::decode(readEntry(directory, cacheName(media)), largestSide);
 }
 
 void ThumbnailDiskCache::write(const FileURL &media, const QImage &image) const {
-    QBuffer buffer;
-    QImageWriter writer(&buffer, "jpeg");
-    writer.setQuality(jpegQuality);
-    if (!buffer.open(QIODevice::WriteOnly) || !writer.write(image.convertToFormat(QImage::Format_RGB888))) {
+    const QByteArray bytes = PictureCodec::encode(image, jpegQuality);
+    if (bytes.isEmpty()) {
         return;
     }
     // The user may have emptied the caches while the program runs.
@@ -150,7 +133,7 @@ void ThumbnailDiskCache::write(const FileURL &media, const QImage &image) const 
         return;
     }
     const bool published =
-        ::fchmod(file.get(), 0600) == 0 && writeAll(file, buffer.data()) &&
+        ::fchmod(file.get(), 0600) == 0 && writeAll(file, bytes) &&
         ::renameat(directory.get(), temporary.constData(), directory.get(), name.constData()) == 0;
     if (!published) {
         ::unlinkat(directory.get(), temporary.constData(), 0);

@@ -1,8 +1,7 @@
 #include "ThumbnailExecutor.h"
 
+#include "PictureCodec.h"
 #include "ThumbnailDiskCache.h"
-
-#include <QPainter>
 
 #include <algorithm>
 
@@ -14,15 +13,7 @@ constexpr size_t mostJobs = 16;
 
 /// JPEG knows no alpha: such a picture is put on the colour that it is shown on, so that it looks the same
 /// from the disk as when it was made.
-QImage opaque(const QImage &image) {
-    if (!image.hasAlphaChannel()) {
-        return image;
-    }
-    QImage result(image.size(), QImage::Format_RGB32);
-    result.fill(QColor(4, 4, 5));
-    QPainter(&result).drawImage(0, 0, image);
-    return result;
-}
+constexpr QRgb darkLayer = qRgb(4, 4, 5);
 
 } // namespace
 
@@ -216,7 +207,7 @@ void ThumbnailService::Executor::start(Request request) {
         QImage image = cache.read(file.url);
         const bool made = image.isNull();
         if (made) {
-            image = opaque(generate(file, maxPixelSize));
+            image = PictureCodec::flattened(generate(file, maxPixelSize), darkLayer);
         }
         {
             const std::scoped_lock lock(mailbox->mutex);

@@ -3,9 +3,9 @@
 #include "AreaReducer.h"
 #include "BackgroundTask.h"
 #include "ImageDecoder.h"
+#include "PictureCodec.h"
 #include "PixelGrid.h"
 
-#include <QPainter>
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QSGNode>
@@ -22,16 +22,6 @@ namespace {
 constexpr int tilesPerFrame = 4;
 /// Of a mebibyte each.
 constexpr qsizetype mostTiles = 128;
-
-QImage opaque(const QImage &image) {
-    if (!image.hasAlphaChannel()) {
-        return image;
-    }
-    QImage result(image.size(), QImage::Format_RGB32);
-    result.fill(Qt::black);
-    QPainter(&result).drawImage(0, 0, image);
-    return result;
-}
 
 /// Returning hundreds of megabytes to the system takes longer than a frame: another thread does it.
 void discard(QImage image) {
@@ -150,7 +140,7 @@ void FullPhotoImage::setUrl(const FileURL &url) {
         m_load.setFuture(BackgroundTask::run<QImage>([url](QPromise<QImage> &promise) {
             const QImage image = ImageDecoder::image(url, ImageDecoder::fullImagePixels,
                                                      [&promise] { return promise.isCanceled(); });
-            promise.addResult(opaque(image));
+            promise.addResult(PictureCodec::flattened(image, qRgb(0, 0, 0)));
         }));
     }
     update();
@@ -247,6 +237,18 @@ QRectF FullPhotoImage::onScreen(const QRect &part) const {
     const QRectF rect = photoRect();
     const double scale = rect.width() / m_photo.width();
     return {rect.topLeft() + QPointF(part.topLeft()) * scale, QSizeF(part.size()) * scale};
+}
+
+void FullPhotoImage::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    refresh();
+}
+
+void FullPhotoImage::itemChange(ItemChange change, const ItemChangeData &data) {
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) {
+        refresh();
+    }
+    QQuickItem::itemChange(change, data);
 }
 
 QSGNode *FullPhotoImage::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *) {

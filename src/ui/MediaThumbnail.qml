@@ -2,8 +2,9 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Mosa.State
+import Mosa.UI
 
-// The still picture of a media file on a dark layer, or an icon of its kind until there is one.
+/// The still picture of a media file on a dark layer, or an icon of its kind until there is one.
 Item {
     id: root
 

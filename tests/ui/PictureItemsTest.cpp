@@ -60,6 +60,10 @@ template <typename Item>
 Item *PictureItemsTest::add(const char *type, const QRectF &geometry, const QVariantMap &properties) {
     QQmlComponent component(&m_engine);
     component.setData("import Mosa.UI\n" + QByteArray(type) + " {}", {});
+    // The engine reads views from files, resources included, on a thread of its own.
+    if (!QTest::qWaitFor([&] { return !component.isLoading(); }, 30'000) || !component.isReady()) {
+        qFatal("%s", qPrintable(component.errorString()));
+    }
     QVariantMap initial{{QStringLiteral("parent"), QVariant::fromValue(m_window->contentItem())},
                         {QStringLiteral("x"), geometry.x()},
                         {QStringLiteral("y"), geometry.y()},
