@@ -36,13 +36,15 @@ void discard(QImage image) {
 /// The fitted photo below, the tiles above it.
 class FullPhotoImage::Node : public QSGNode {
 public:
-    explicit Node(QQuickWindow *window) : m_window(window), m_photo(make()) {}
+    explicit Node(QQuickWindow *window) : m_window(window), m_photo(make()) { appendChildNode(m_photo); }
 
     void setPhoto(const QImage &image) { setImage(m_photo, image); }
     void setRect(const QRectF &rect) { m_photo->setRect(rect); }
     void addTile(const Tile &tile, const QImage &image) {
         QSGImageNode *node = make();
         setImage(node, image);
+        // Renderers look at the texture of what enters the tree.
+        appendChildNode(node);
         m_tiles.insert(tile, node);
     }
     template <typename Predicate>
@@ -68,7 +70,6 @@ private:
         QSGImageNode *node = m_window->createImageNode();
         node->setOwnsTexture(true);
         node->setFiltering(QSGTexture::Linear);
-        appendChildNode(node);
         return node;
     }
     void setImage(QSGImageNode *node, const QImage &image) {
