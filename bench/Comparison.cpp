@@ -44,7 +44,10 @@ void Comparison::uncheckedPeer(std::string name, double target, Work work) {
         {.name = std::move(name), .target = target, .checked = false, .work = std::move(work)});
 }
 
-Comparison::Sample Comparison::measure(const Work &work, QByteArray &digest) {
+Comparison::Sample Comparison::measure(const Work &work, QByteArray &digest) const {
+    if (m_setUp) {
+        m_setUp();
+    }
     const double cpu = cpuTime();
     const auto start = std::chrono::steady_clock::now();
     digest = work();

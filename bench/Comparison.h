@@ -16,6 +16,8 @@ public:
 
     explicit Comparison(std::string title) : m_title(std::move(title)) {}
 
+    /// Done before each piece of work, outside of the measured time.
+    void before(std::function<void()> setUp) { m_setUp = std::move(setUp); }
     /// Mosa's way.
     void subject(Work work);
     /// A peer, and what subject time / peer time may be at most.
@@ -42,11 +44,12 @@ private:
         std::vector<Sample> samples = {};
     };
 
-    static Sample measure(const Work &work, QByteArray &digest);
+    Sample measure(const Work &work, QByteArray &digest) const;
     bool warmUp();
     void printRow(const Contender &peer) const;
 
     std::string m_title;
+    std::function<void()> m_setUp;
     /// The first one is the subject.
     std::vector<Contender> m_contenders;
 };

@@ -41,7 +41,7 @@ FileTransfer::Entry FileTransfer::process(const FileURL &url) {
     if (entry.outcome.error) {
         return entry;
     }
-    entry.source = SourceFile::find(url);
+    entry.source = SourceFile::find(url, m_sourceFolders);
     if (!entry.source) {
         entry.outcome.error = lastSystemError();
     } else if (m_kind == FileOperationKind::copy || !tryRename(entry)) {

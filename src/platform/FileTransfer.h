@@ -58,6 +58,7 @@ private:
     StopRequest m_stop;
     FileDescriptor m_folder;
     std::error_code m_folderError;
+    SourceFolders m_sourceFolders;
     std::vector<Entry> m_group;
     qint64 m_groupSize = 0;
 };

@@ -23,12 +23,21 @@ std::error_code statusAt(int folder, const QByteArray &name, struct stat &status
 
 } // namespace
 
-std::optional<SourceFile> SourceFile::find(const FileURL &url) {
+std::shared_ptr<const FileDescriptor> SourceFolders::open(const FileURL &folder) {
+    if (!m_folder || m_url != folder) {
+        FileDescriptor opened =
+            FileDescriptor::open(AT_FDCWD, folder.nativePath().constData(), O_PATH | O_DIRECTORY);
+        m_folder = opened.isOpen() ? std::make_shared<const FileDescriptor>(std::move(opened)) : nullptr;
+        m_url = folder;
+    }
+    return m_folder;
+}
+
+std::optional<SourceFile> SourceFile::find(const FileURL &url, SourceFolders &folders) {
     const QByteArray name = url.nativeName();
-    FileDescriptor folder = FileDescriptor::open(
-        AT_FDCWD, url.deletingLastPathComponent().nativePath().constData(), O_PATH | O_DIRECTORY);
+    std::shared_ptr<const FileDescriptor> folder = folders.open(url.deletingLastPathComponent());
     struct stat status {};
-    if (!folder.isOpen() || statusAt(folder.get(), name, status)) {
+    if (!folder || statusAt(folder->get(), name, status)) {
         return std::nullopt;
     }
     if (!S_ISREG(status.st_mode)) {
@@ -40,8 +49,8 @@ std::optional<SourceFile> SourceFile::find(const FileURL &url) {
 
 std::error_code SourceFile::open() {
     // O_NONBLOCK: a pipe that took the name must not hold up the batch.
-    m_file = FileDescriptor::open(m_folder.get(), m_name.constData(),
-                                  O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    m_file =
+        FileDescriptor::open(folder(), m_name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
     struct stat opened {};
     if (!m_file.isOpen() || ::fstat(m_file.get(), &opened) != 0) {
         return lastSystemError();
@@ -54,8 +63,7 @@ std::error_code SourceFile::open() {
 }
 
 std::error_code SourceFile::checkRemovable() const {
-    return ::faccessat(m_folder.get(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? std::error_code()
-                                                                          : lastSystemError();
+    return ::faccessat(folder(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? std::error_code() : lastSystemError();
 }
 
 std::error_code SourceFile::compare(const struct stat &other, Compared compared) const {
@@ -69,7 +77,7 @@ std::error_code SourceFile::compare(const struct stat &other, Compared compared)
 
 std::error_code SourceFile::checkUnchanged() const {
     struct stat now {};
-    const std::error_code error = statusAt(m_folder.get(), m_name, now);
+    const std::error_code error = statusAt(folder(), m_name, now);
     return error ? error : compare(now, Compared::everything);
 }
 
@@ -80,12 +88,10 @@ std::error_code SourceFile::remove() const {
     // Taken out of the way first: between a look at a name and its removal another file could get the name
     // and would be removed unseen. What was taken under a name of our own stays what it is.
     const QByteArray hidden = passingName();
-    if (::renameat2(m_folder.get(), m_name.constData(), m_folder.get(), hidden.constData(),
-                    RENAME_NOREPLACE) == 0) {
+    if (::renameat2(folder(), m_name.constData(), folder(), hidden.constData(), RENAME_NOREPLACE) == 0) {
         const std::error_code error = removeHidden(hidden);
         if (error) {
-            ::renameat2(m_folder.get(), hidden.constData(), m_folder.get(), m_name.constData(),
-                        RENAME_NOREPLACE);
+            ::renameat2(folder(), hidden.constData(), folder(), m_name.constData(), RENAME_NOREPLACE);
         }
         return error;
     }
@@ -93,17 +99,17 @@ std::error_code SourceFile::remove() const {
     if (!cannotRenameWithoutReplacing(error)) {
         return error;
     }
-    return ::unlinkat(m_folder.get(), m_name.constData(), 0) == 0 ? std::error_code() : lastSystemError();
+    return ::unlinkat(folder(), m_name.constData(), 0) == 0 ? std::error_code() : lastSystemError();
 }
 
 std::error_code SourceFile::removeHidden(const QByteArray &hidden) const {
     struct stat taken {};
-    std::error_code error = statusAt(m_folder.get(), hidden, taken);
+    std::error_code error = statusAt(folder(), hidden, taken);
     if (!error) {
         // Renaming it has set its change time.
         error = compare(taken, Compared::contentOnly);
     }
-    if (!error && ::unlinkat(m_folder.get(), hidden.constData(), 0) != 0) {
+    if (!error && ::unlinkat(folder(), hidden.constData(), 0) != 0) {
         error = lastSystemError();
     }
     return error;
@@ -111,5 +117,5 @@ std::error_code SourceFile::removeHidden(const QByteArray &hidden) const {
 
 bool SourceFile::isInPlace() const {
     struct stat now {};
-    return !statusAt(m_folder.get(), m_name, now) && sameFile(now, m_status);
+    return !statusAt(folder(), m_name, now) && sameFile(now, m_status);
 }

@@ -5,8 +5,20 @@
 
 #include <sys/stat.h>
 
+#include <memory>
 #include <optional>
 #include <system_error>
+
+/// Keeps the folder of the last file open, since the next one mostly lies in it, too.
+class SourceFolders {
+public:
+    /// None on failure, with errno set.
+    std::shared_ptr<const FileDescriptor> open(const FileURL &folder);
+
+private:
+    FileURL m_url;
+    std::shared_ptr<const FileDescriptor> m_folder;
+};
 
 /// A file of the user's that is about to be copied, moved or trashed, held by its folder and its name so that
 /// renaming a folder above it changes nothing. One thread at a time.
@@ -14,9 +26,9 @@ class SourceFile {
 public:
     /// Looks the file up without opening it. None for anything but a regular file, a link to one included,
     /// with errno set.
-    static std::optional<SourceFile> find(const FileURL &url);
+    static std::optional<SourceFile> find(const FileURL &url, SourceFolders &folders);
 
-    int folder() const { return m_folder.get(); }
+    int folder() const { return m_folder->get(); }
     const QByteArray &name() const { return m_name; }
     /// As find() saw it, later as open() did.
     const struct stat &status() const { return m_status; }
@@ -36,14 +48,14 @@ public:
     bool isInPlace() const;
 
 private:
-    SourceFile(FileDescriptor folder, QByteArray name, const struct stat &status)
+    SourceFile(std::shared_ptr<const FileDescriptor> folder, QByteArray name, const struct stat &status)
         : m_folder(std::move(folder)), m_name(std::move(name)), m_status(status) {}
 
     enum class Compared { everything, contentOnly };
     std::error_code compare(const struct stat &other, Compared compared) const;
     std::error_code removeHidden(const QByteArray &hidden) const;
 
-    FileDescriptor m_folder;
+    std::shared_ptr<const FileDescriptor> m_folder;
     QByteArray m_name;
     struct stat m_status;
     FileDescriptor m_file;

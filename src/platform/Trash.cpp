@@ -86,7 +86,7 @@ void Trash::add(const FileURL &file) {
 Trash::Entry Trash::process(const FileURL &file) {
     Entry entry;
     entry.outcome.file = file;
-    entry.source = SourceFile::find(file);
+    entry.source = SourceFile::find(file, m_sourceFolders);
     entry.trash = entry.source ? directoryFor(entry.source->folder()) : nullptr;
     if (!entry.trash) {
         entry.outcome.error = lastSystemError();

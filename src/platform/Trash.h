@@ -65,6 +65,7 @@ private:
     std::optional<MountIdentity> m_homeMount;
     std::error_code m_homeError;
     std::map<MountIdentity, std::optional<TrashDirectory>> m_directories;
+    SourceFolders m_sourceFolders;
     std::vector<Entry> m_group;
 };
 
