@@ -17,9 +17,9 @@ MosaSheet {
     Keys.onEnterPressed: presenter.choose(0)
     Keys.onEscapePressed: presenter.choose(presenter.buttons.length - 1)
 
-    panel.Accessible.role: Accessible.AlertMessage
-    panel.Accessible.name: presenter.messageText
-    panel.Accessible.description: presenter.informativeText
+    accessibleRole: Accessible.AlertMessage
+    accessibleName: presenter.messageText
+    accessibleDescription: presenter.informativeText
 
     SymbolIcon {
         id: warning

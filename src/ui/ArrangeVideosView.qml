@@ -22,8 +22,7 @@ MosaSheet {
     Keys.onReturnPressed: dismiss()
     Keys.onEnterPressed: dismiss()
 
-    panel.Accessible.role: Accessible.Dialog
-    panel.Accessible.name: heading.text
+    accessibleName: heading.text
 
     Item {
         id: header

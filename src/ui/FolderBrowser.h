@@ -15,7 +15,8 @@
 /// dropped. Main thread.
 class FolderBrowser : public QAbstractListModel {
     Q_OBJECT
-    QML_ANONYMOUS
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to a SheetFolderChooser")
     Q_PROPERTY(QString text READ text NOTIFY textChanged)
     /// Name of the folder that is listed.
     Q_PROPERTY(QString folderName READ folderName NOTIFY folderChanged)

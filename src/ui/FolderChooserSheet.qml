@@ -27,8 +27,7 @@ MosaSheet {
         }
     }
 
-    panel.Accessible.role: Accessible.Dialog
-    panel.Accessible.name: chooser.title
+    accessibleName: chooser.title
 
     Text {
         id: title

@@ -12,7 +12,9 @@ FocusScope {
     property real panelHeight: 200
     /// Has the focus first.
     property Item initialFocus: null
-    property alias panel: body
+    property int accessibleRole: Accessible.Dialog
+    property string accessibleName
+    property string accessibleDescription
     default property alias content: body.data
 
     property Item formerFocus: null
@@ -84,6 +86,10 @@ FocusScope {
         color: MosaLook.mosaPanel
         borderColor: MosaLook.hairline
         borderWidth: 1
+
+        Accessible.role: sheet.accessibleRole
+        Accessible.name: sheet.accessibleName
+        Accessible.description: sheet.accessibleDescription
     }
 
     Item {

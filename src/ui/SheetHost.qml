@@ -11,6 +11,8 @@ Item {
     required property AppState state
     property SheetAlertPresenter alerts: null
     property SheetFolderChooser chooser: null
+    /// A question is up, and the window's keys belong to it. The arrange sheet leaves them to the window.
+    readonly property bool active: (alerts?.active ?? false) || (chooser?.active ?? false)
 
     Loader {
         anchors.fill: parent
