@@ -18,6 +18,7 @@ const MPVFunctions &MPVFunctions::real() {
         .getPropertyString = mpv_get_property_string,
         .free = mpv_free,
         .command = mpv_command,
+        .commandAsync = mpv_command_async,
         .terminateDestroy = mpv_terminate_destroy,
         .getTimeUs = mpv_get_time_us,
         .renderContextCreate = mpv_render_context_create,

@@ -18,6 +18,8 @@ struct MPVFunctions {
     char *(*getPropertyString)(mpv_handle *, const char *name);
     void (*free)(void *);
     int (*command)(mpv_handle *, const char **arguments);
+    /// Returns at once; the reply is not read.
+    int (*commandAsync)(mpv_handle *, uint64_t reply, const char **arguments);
     void (*terminateDestroy)(mpv_handle *);
     /// The clock that frames are due on, in microseconds.
     int64_t (*getTimeUs)(mpv_handle *);

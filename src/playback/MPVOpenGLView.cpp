@@ -1,12 +1,14 @@
 #include "MPVOpenGLView.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QOpenGLContext>
 #include <QThread>
 
 #include <mpv/render_gl.h>
 
 #include <algorithm>
+#include <thread>
 
 #include <dlfcn.h>
 
@@ -17,6 +19,10 @@ using std::chrono::milliseconds;
 
 /// No frame is announced longer ahead than this; a due time further off comes from a clock that jumped.
 constexpr milliseconds longestWait{100};
+
+/// A player that stops redraws once more, usually within a millisecond or two, and is quiet from then on.
+constexpr milliseconds quietTime{2};
+constexpr milliseconds longestEnd{15};
 
 bool onMainThread() {
     return QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread();
@@ -81,6 +87,9 @@ int MPVOpenGLView::configureWithMPV(mpv_handle *player) {
         m_player = player;
         m_renderContext = created;
         m_functions.renderContextSetUpdateCallback(m_renderContext, mosa_render_update, this);
+        // Frames come when they are due. The player would otherwise hand each over 50 ms ahead, and its
+        // output thread, and with it the end of the view, would be held until the frame's time.
+        m_functions.setPropertyString(m_player, "video-timing-offset", "0");
     }
     m_buffers.doneCurrent();
     return status;
@@ -193,7 +202,7 @@ void MPVOpenGLView::shutdownRenderContext() {
     m_buffers.makeCurrent();
     if (m_renderContext) {
         m_functions.renderContextSetUpdateCallback(m_renderContext, nullptr, nullptr);
-        takeQueuedFrame();
+        stopOutput();
         m_functions.renderContextFree(m_renderContext);
         m_renderContext = nullptr;
         m_player = nullptr;
@@ -207,16 +216,35 @@ void MPVOpenGLView::shutdownRenderContext() {
     Q_EMIT contentsChanged();
 }
 
-/// Freeing the context ends the player's output thread, which may be waiting, for up to 200 ms, for a frame
-/// that it queued to be taken. So no more frames are let come, and the one that waits is taken unseen.
-void MPVOpenGLView::takeQueuedFrame() {
-    m_functions.setPropertyString(m_player, "pause", "yes");
-    if ((m_functions.renderContextUpdate(m_renderContext) & MPV_RENDER_UPDATE_FRAME) == 0) {
-        return;
+/// Freeing the context ends the player's output thread, and that would wait for 200 ms for every frame that
+/// it has announced and nobody takes. So playback is stopped first, and frames are taken unseen until the
+/// output is gone.
+void MPVOpenGLView::stopOutput() {
+    const char *stop[] = {"stop", nullptr};
+    // Not waited for: the player may itself be waiting for a frame of its output to be taken.
+    m_functions.commandAsync(m_player, 0, stop);
+    QDeadlineTimer quiet(longestEnd);
+    const QDeadlineTimer enough(longestEnd);
+    while (!quiet.hasExpired() && !enough.hasExpired()) {
+        if (frameWaits()) {
+            dropFrame();
+            quiet.setRemainingTime(quietTime);
+        } else {
+            std::this_thread::sleep_for(microseconds(100));
+        }
     }
+}
+
+bool MPVOpenGLView::frameWaits() const {
+    return (m_functions.renderContextUpdate(m_renderContext) & MPV_RENDER_UPDATE_FRAME) != 0;
+}
+
+void MPVOpenGLView::dropFrame() {
     int skip = 1;
+    int block = 0;
     mpv_render_param parameters[] = {
         {MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
+        {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &block},
         {MPV_RENDER_PARAM_INVALID, nullptr},
     };
     m_functions.renderContextRender(m_renderContext, parameters);

@@ -80,7 +80,9 @@ private:
     std::chrono::microseconds timeUntilNextFrame() const;
     void renderCurrentFrame();
     void presentCurrentFrame();
-    void takeQueuedFrame();
+    void stopOutput();
+    bool frameWaits() const;
+    void dropFrame();
 
     const MPVFunctions &m_functions;
     VideoFramebuffers m_buffers;

@@ -31,7 +31,7 @@ private Q_SLOTS:
     void handsFramesToTheNextHost();
     void showsNothingBeforeTheFirstFrame();
     void drawsWithoutAPlayer();
-    void takesTheQueuedFrameBeforeItEnds();
+    void takesWaitingFramesBeforeItEnds();
     void keepsItsPictureLayer();
     void collectsNotices();
 };
@@ -166,7 +166,7 @@ void MPVOpenGLViewTest::drawsWithoutAPlayer() {
     QCOMPARE(mpv.calls, QStringList());
 }
 
-void MPVOpenGLViewTest::takesTheQueuedFrameBeforeItEnds() {
+void MPVOpenGLViewTest::takesWaitingFramesBeforeItEnds() {
     RecordingMPV mpv;
     {
         MPVOpenGLView view(mpv.functions());
@@ -175,8 +175,8 @@ void MPVOpenGLViewTest::takesTheQueuedFrameBeforeItEnds() {
         mpv.framePending = true;
         view.shutdownRenderContext();
         QCOMPARE(mpv.take(),
-                 (QStringList{QStringLiteral("clear_update_callback"), QStringLiteral("set pause=yes"),
-                              QStringLiteral("render SKIP_RENDERING=1"), swapped,
+                 (QStringList{QStringLiteral("clear_update_callback"), QStringLiteral("command_async stop"),
+                              QStringLiteral("render SKIP_RENDERING=1 BLOCK_FOR_TARGET_TIME=0"), swapped,
                               QStringLiteral("render_context_free")}));
         view.consumeRenderUpdates(); // a late notice
     }

@@ -36,6 +36,8 @@ const char *parameterName(int type) {
         return "FLIP_Y";
     case MPV_RENDER_PARAM_SKIP_RENDERING:
         return "SKIP_RENDERING";
+    case MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME:
+        return "BLOCK_FOR_TARGET_TIME";
     default:
         return "?";
     }
@@ -52,6 +54,7 @@ QString parameterText(const mpv_render_param &parameter) {
     }
     case MPV_RENDER_PARAM_FLIP_Y:
     case MPV_RENDER_PARAM_SKIP_RENDERING:
+    case MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME:
         return result + u'=' + QString::number(*static_cast<const int *>(parameter.data));
     default:
         return result;
@@ -140,6 +143,10 @@ MPVFunctions table() {
         std::free(bytes);
     };
     f.command = recordedCommand;
+    f.commandAsync = [](mpv_handle *, uint64_t, const char **arguments) {
+        record(QStringLiteral("command_async ") + text(*arguments));
+        return 0;
+    };
     f.terminateDestroy = [](mpv_handle *) { record(QStringLiteral("terminate_destroy")); };
     f.getTimeUs = [](mpv_handle *) { return now; };
     f.renderContextCreate = recordedRenderContextCreate;
