@@ -36,18 +36,19 @@ Item {
         anchors.fill: parent
         color: "black"
     }
-    MediaThumbnail {
-        anchors.fill: parent
-        item: cell.item
-        visible: preview.controller === null
-    }
     Loader {
         anchors.fill: parent
         active: preview.controller !== null
         sourceComponent: VideoPreviewLayer {
             item: cell.item
             controller: preview.controller
+            bringsThumbnail: false
         }
+    }
+    MediaThumbnail {
+        anchors.fill: parent
+        item: cell.item
+        visible: !(preview.controller?.hasRenderedFrame ?? false)
     }
 
     Item {
