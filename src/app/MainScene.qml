@@ -27,6 +27,7 @@ Item {
         anchors.fill: parent
         state: root.state
         host: root.host
+        keysSuspended: about.visible || updates.visible
     }
 
     WindowControls {
@@ -50,6 +51,8 @@ Item {
     }
 
     UpdatesDialog {
+        id: updates
+
         updater: root.updater
     }
 

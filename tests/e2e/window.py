@@ -64,7 +64,7 @@ class Window(Scenario):
             "the close control": lambda mosa, window: mosa.press(BUTTON, "Close"),
             "Ctrl+Q": lambda mosa, window: mosa.key("ctrl+q"),
             "the window manager": lambda mosa, window: subprocess.run(
-                ["xdotool", "key", "--window", window, "alt+F4"], check=True),
+                ["xdotool", "key", "alt+F4"], check=True),
             "an interrupt": lambda mosa, window: mosa.process.send_signal(signal.SIGINT),
         }
         for name, leave in ways.items():
