@@ -13,6 +13,8 @@ Item {
     required property MainWindow host
     required property MenuCommands menuCommands
     required property MosaUpdaterController updater
+    required property SheetAlertPresenter alerts
+    required property SheetFolderChooser chooser
 
     function openMenu(position: point): void {
         menu.popup(root, position.x, position.y);
@@ -27,7 +29,16 @@ Item {
         anchors.fill: parent
         state: root.state
         host: root.host
-        keysSuspended: about.visible || updates.visible
+        keysSuspended: about.visible || updates.visible || sheets.active
+    }
+
+    SheetHost {
+        id: sheets
+
+        anchors.fill: parent
+        state: root.state
+        alerts: root.alerts
+        chooser: root.chooser
     }
 
     WindowControls {

@@ -10,7 +10,10 @@
 #include "MainWindow.h"
 #include "MenuCommands.h"
 #include "MosaUpdaterController.h"
+#include "PortalFolderChooser.h"
 #include "SettingsPreferences.h"
+#include "SheetAlertPresenter.h"
+#include "SheetFolderChooser.h"
 #include "ThumbnailService.h"
 
 #include <QGuiApplication>
@@ -20,6 +23,14 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto endLimit = 2000ms;
+
+// The window's name for the portals; they know windows of Wayland by a handle that the toolkit keeps.
+QString portalName(QWindow *window) {
+    if (window == nullptr || QGuiApplication::platformName() != QLatin1String("xcb")) {
+        return {};
+    }
+    return QStringLiteral("x11:") + QString::number(window->winId(), 16);
+}
 
 } // namespace
 
@@ -59,18 +70,28 @@ void MosaApp::connectDesktop() {
     });
 }
 
-void MosaApp::openWindow() {
+void MosaApp::makeState() {
     m_preferences = std::make_unique<SettingsPreferences>();
     m_fileManager = std::make_unique<DesktopFileManager>(m_sessionBus);
+    m_alerts = std::make_unique<SheetAlertPresenter>();
+    m_sheetChooser = std::make_unique<SheetFolderChooser>();
+    m_chooser = std::make_unique<PortalFolderChooser>(
+        m_sessionBus, [this] { return portalName(m_window.get()); }, *m_sheetChooser);
     AppState::Services services;
     services.scan = [](const FileURL &url) { return FolderScanner::scan(url); };
     services.isDirectory = DirectoryTest::isDirectory;
     services.trash = FileOperations::trash;
     services.transfer = FileOperations::transfer;
+    services.chooser = m_chooser.get();
+    services.alerts = m_alerts.get();
     services.preferences = m_preferences.get();
     m_state = std::make_unique<AppState>(std::move(services));
     m_updater = std::make_unique<MosaUpdaterController>(QDBusConnection::systemBus(),
                                                         ApplicationIdentity::packageName);
+}
+
+void MosaApp::openWindow() {
+    makeState();
     m_window = std::make_unique<MainWindow>(m_preferences.get(), m_fileManager.get());
     m_menuCommands = std::make_unique<MenuCommands>(
         MenuCommands::Targets{*m_state, *m_updater, *m_fileManager, *m_window});
@@ -78,7 +99,9 @@ void MosaApp::openWindow() {
         {{QStringLiteral("state"), QVariant::fromValue(m_state.get())},
          {QStringLiteral("host"), QVariant::fromValue(m_window.get())},
          {QStringLiteral("menuCommands"), QVariant::fromValue(m_menuCommands.get())},
-         {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())}});
+         {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
+         {QStringLiteral("alerts"), QVariant::fromValue(m_alerts.get())},
+         {QStringLiteral("chooser"), QVariant::fromValue(m_sheetChooser.get())}});
     m_window->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Mosa/App/MainScene.qml")));
     m_window->open();
     m_globalMenu = std::make_unique<GlobalMenu>(m_sessionBus, *m_menuCommands, *m_window);
@@ -131,6 +154,9 @@ bool MosaApp::end() {
     m_menuCommands.reset();
     m_updater.reset();
     m_state.reset();
+    m_chooser.reset();
+    m_sheetChooser.reset();
+    m_alerts.reset();
     m_fileManager.reset();
     m_preferences.reset();
     const bool thumbnailsEnded = ThumbnailService::finishShared(endLimit);

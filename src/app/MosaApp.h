@@ -13,7 +13,10 @@ class GlobalMenu;
 class MainWindow;
 class MenuCommands;
 class MosaUpdaterController;
+class PortalFolderChooser;
 class Preferences;
+class SheetAlertPresenter;
+class SheetFolderChooser;
 
 /// Owns the program's long-lived objects for the whole run.
 ///
@@ -35,6 +38,7 @@ public:
     bool end();
 
 private:
+    void makeState();
     void openWindow();
     void connectDesktop();
     void activate(const QByteArray &token);
@@ -49,6 +53,9 @@ private:
     QString m_firstAction;
     std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<FileManager> m_fileManager;
+    std::unique_ptr<SheetAlertPresenter> m_alerts;
+    std::unique_ptr<SheetFolderChooser> m_sheetChooser;
+    std::unique_ptr<PortalFolderChooser> m_chooser;
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<MosaUpdaterController> m_updater;
     std::unique_ptr<MainWindow> m_window;

@@ -42,15 +42,20 @@ def settled(window, seconds=20.0):
 
 
 def drag(start, end):
-    """Presses at a point of the screen, moves and releases, as slowly as a hand."""
-    commands = [["mousemove", *start], ["mousedown", 1]]
-    steps = 8
-    for step in range(1, steps + 1):
-        commands.append(["mousemove", *(a + (b - a) * step // steps for a, b in zip(start, end))])
-    commands.append(["mouseup", 1])
-    for command in commands:
-        subprocess.run(["xdotool", *map(str, command)], check=True)
-        time.sleep(0.08)
+    """Presses at a point of the screen, moves and releases. Waits after what the program has to answer: a window
+    manager that is asked to move a window after the button is up moves nothing."""
+    def xdotool(*arguments):
+        subprocess.run(["xdotool", *map(str, arguments)], check=True)
+    xdotool("mousemove", *start)
+    time.sleep(0.3)
+    xdotool("mousedown", 1)
+    time.sleep(0.3)
+    near = [a + (12 if b > a else -12) for a, b in zip(start, end)]
+    xdotool("mousemove", *near)
+    time.sleep(1.5)
+    xdotool("mousemove", *end)
+    time.sleep(0.5)
+    xdotool("mouseup", 1)
 
 
 class Window(Scenario):
@@ -117,16 +122,22 @@ class Window(Scenario):
         mosa, window = self.opened()
         small = settled(window)
         x, y, _, height = small
-        for act in (lambda: mosa.press(BUTTON, "Zoom"),
-                    lambda: subprocess.run(["xdotool", "mousemove", str(x + 300), str(y + height - 40), "click",
-                                            "--repeat", "2", "--delay", "60", "1"], check=True),
-                    lambda: mosa.key("F11"),
-                    lambda: mosa.key("f")):
-            act()
-            wait_until(lambda: frame(window)[2] > small[2], "a larger window")
-            act()
-            wait_until(lambda: frame(window) == small, "the frame of before")
-            time.sleep(0.6)
+        ways = {
+            "the zoom control": lambda: mosa.press(BUTTON, "Zoom"),
+            "a double click": lambda: subprocess.run(
+                ["xdotool", "mousemove", str(x + 300), str(y + height - 40), "click", "--repeat", "2", "--delay",
+                 "60", "1"], check=True),
+            "F11": lambda: mosa.key("F11"),
+            "F": lambda: mosa.key("f"),
+        }
+        for name, act in ways.items():
+            with self.subTest(name):
+                act()
+                wait_until(lambda: frame(window)[2] > small[2], "a larger window")
+                time.sleep(0.6)
+                act()
+                wait_until(lambda: frame(window) == small, "the frame of before")
+                time.sleep(0.6)
 
     def test_second_start_hands_over(self):
         folder = self.home / "ä b"
