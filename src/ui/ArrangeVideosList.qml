@@ -23,14 +23,20 @@ ListView {
         const from = draggedRow;
         draggedRow = -1;
         if (from >= 0 && destination !== from && destination !== from + 1) {
-            state.moveVideo(from, destination);
+            moveRow(from, destination);
         }
     }
 
     function step(row: int, offset: int): void {
         if (row + offset >= 0 && row + offset < count) {
-            state.moveVideo(row, offset < 0 ? row - 1 : row + 2);
+            moveRow(row, offset < 0 ? row - 1 : row + 2);
         }
+    }
+
+    function moveRow(row: int, to: int): void {
+        state.moveVideo(row, to);
+        // The current row follows the move when the list is laid out; the next key may come before.
+        forceLayout();
     }
 
     clip: true

@@ -13,6 +13,9 @@ Item {
     /// Questions that take the keyboard for themselves set it while they are on screen.
     property bool keysSuspended: false
 
+    /// What the viewer shows; kept as it is while the viewer goes away.
+    property mediaFile viewedItem
+
     /// The window to toggle; without one, immersive changes alone.
     property MainWindow host: null
 
@@ -29,6 +32,8 @@ Item {
 
     Loader {
         anchors.fill: parent
+        // Covered by the viewer: no pointer, key or screen reader has any business there.
+        visible: !viewer.active
         sourceComponent: root.state.folder === undefined ? picker : browser
     }
     Component {
@@ -46,6 +51,25 @@ Item {
             immersive: root.immersive
             desktop: root.host
             onImmersiveRequested: on => root.requestImmersive(on)
+        }
+    }
+
+    Connections {
+        target: root.state
+        function onFullItemChanged() {
+            if (root.state.fullItem !== undefined)
+                root.viewedItem = root.state.fullItem;
+            viewer.active = root.state.fullItem !== undefined;
+        }
+    }
+    Loader {
+        id: viewer
+        z: 20
+        anchors.fill: parent
+        active: false
+        sourceComponent: FullMediaView {
+            item: root.viewedItem
+            state: root.state
         }
     }
 

@@ -6,6 +6,8 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
 
 bool isHidden(const FileURL &folder) {
@@ -84,7 +86,10 @@ QString FolderBrowser::completion() const {
     if (m_prefix.isEmpty() || m_rows.isEmpty()) {
         return {};
     }
-    return m_rows.constFirst().lastPathComponent().mid(m_prefix.size());
+    const auto exact = std::find_if(m_rows.cbegin(), m_rows.cend(), [this](const FileURL &folder) {
+        return folder.lastPathComponent().startsWith(m_prefix);
+    });
+    return (exact == m_rows.cend() ? m_rows.constFirst() : *exact).lastPathComponent();
 }
 
 void FolderBrowser::select(int row) {

@@ -53,7 +53,8 @@ public:
     Q_INVOKABLE void openPath(const QString &path) { open(FileURL::fromPath(path)); }
     /// The user typed.
     Q_INVOKABLE void edit(const QString &text);
-    /// What to append to the text so that it names the first folder that it begins; "" when there is none.
+    /// Name of the folder that the typed beginning most likely means, one in the same case before others; ""
+    /// when there is none or nothing is typed.
     Q_INVOKABLE QString completion() const;
     /// Makes a row the choice.
     Q_INVOKABLE void select(int row);

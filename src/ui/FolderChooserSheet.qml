@@ -10,12 +10,20 @@ MosaSheet {
     required property SheetFolderChooser chooser
     readonly property FolderBrowser browser: chooser.browser
 
+    /// Chooses what the path field shows, however it got there.
+    function accept(): void {
+        if (pathField.text !== browser.text) {
+            browser.edit(pathField.text);
+        }
+        browser.accept();
+    }
+
     panelWidth: 720
     panelHeight: 500
     initialFocus: pathField
 
-    Keys.onReturnPressed: browser.accept()
-    Keys.onEnterPressed: browser.accept()
+    Keys.onReturnPressed: accept()
+    Keys.onEnterPressed: accept()
     Keys.onEscapePressed: chooser.cancel()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Up && (event.modifiers & Qt.AltModifier)) {
@@ -140,7 +148,7 @@ MosaSheet {
             MosaPushButton {
                 text: sheet.chooser.prompt
                 isDefault: true
-                onClicked: sheet.browser.accept()
+                onClicked: sheet.accept()
             }
         }
     }

@@ -16,10 +16,10 @@ SheetTextField {
     accessibleName: qsTr("Folder path")
 
     function complete(): void {
-        const rest = browser.completion();
+        const name = browser.completion();
         const length = text.length;
-        if (rest !== "" && cursorPosition === length && activeFocus) {
-            insert(length, rest);
+        if (name !== "" && cursorPosition === length) {
+            text = text.slice(0, text.lastIndexOf("/") + 1) + name;
             select(text.length, length);
         }
     }

@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+// Not bound: the Loader of Qt 6.4 refuses bound components.
 
 import QtQuick
 import Mosa.State

@@ -83,13 +83,16 @@ void FolderBrowserTest::narrowsToWhatIsTyped_data() {
 
     QTest::newRow("beginning in another case") << "b"
                                                << "B9 b10"
-                                               << "9";
+                                               << "b10";
     QTest::newRow("one left") << "b1"
                               << "b10"
-                              << "0";
+                              << "b10";
     QTest::newRow("whole name") << "link"
                                 << "link"
-                                << "";
+                                << "link";
+    QTest::newRow("only another case") << "LI"
+                                       << "link"
+                                       << "link";
     QTest::newRow("no such name") << "x"
                                   << ""
                                   << "";

@@ -145,6 +145,7 @@ void SheetsTest::alertsWaitForEachOther() {
     click(QStringLiteral("A"));
     QVERIFY(one.isFinished() && !two.isFinished());
     QCOMPARE(m_alerts->messageText(), second.messageText);
+    m_view.reset();
     m_alerts.reset();
     QVERIFY(two.isCanceled() && two.isFinished());
 }
@@ -256,7 +257,7 @@ void SheetsTest::arrangesByDragging() {
     state.setArrangeOpen(true);
     state.setPage(1);
     QQuickItem *list = find(QStringLiteral("Videos"));
-    const QQuickItem *row = find(QStringLiteral("v2.mp4"), list);
+    QQuickItem *row = find(QStringLiteral("v2.mp4"), list);
     const QPoint from = row->mapToScene(QPointF(200, 17)).toPoint();
     QTest::mousePress(m_view.get(), Qt::LeftButton, {}, from);
     for (int y = 0; y <= 3 * 34; y += 6) {
@@ -269,6 +270,8 @@ void SheetsTest::arrangesByDragging() {
     QTRY_COMPARE(state.videos()[5].id(), QStringLiteral("/f/v2.mp4"));
     QCOMPARE(state.page(), 0);
     // Held at the lower edge, the list comes along.
+    row = find(QStringLiteral("v3.mp4"), list);
+    QTRY_COMPARE(row->y(), 2.0 * 34);
     QTest::mousePress(m_view.get(), Qt::LeftButton, {}, from);
     QTest::mouseMove(m_view.get(), from + QPoint(0, 20));
     const QPoint edge = list->mapToScene(QPointF(200, list->height() - 2)).toPoint();
