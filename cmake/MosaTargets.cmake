@@ -25,9 +25,10 @@ function(mosa_library name)
     target_link_libraries(mosa_${name} PUBLIC ${arg_LINK_PUBLIC} PRIVATE mosa_flags ${arg_LINK_PRIVATE})
 endfunction()
 
-# mosa_qml_module(state URI Mosa.State …) is the same for a folder whose types QML sees.
+# mosa_qml_module(state URI Mosa.State …) is the same for a folder whose types QML sees. DEPENDENCIES are the QML modules
+# that its C++ types build on.
 function(mosa_qml_module name)
-    cmake_parse_arguments(arg "" "URI" "SOURCES;QML;RESOURCES;LINK_PUBLIC;LINK_PRIVATE" ${ARGN})
+    cmake_parse_arguments(arg "" "URI" "SOURCES;QML;RESOURCES;DEPENDENCIES;LINK_PUBLIC;LINK_PRIVATE" ${ARGN})
     qt_add_library(mosa_${name} STATIC)
     string(REPLACE "." "/" uri_path ${arg_URI})
     # Compiled QML starts faster, but takes longer to build than all the C++ of the views together.
@@ -41,6 +42,7 @@ function(mosa_qml_module name)
         RESOURCE_PREFIX /qt/qml
         OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${uri_path}
         ${cachegen}
+        DEPENDENCIES ${arg_DEPENDENCIES}
         SOURCES ${arg_SOURCES}
         QML_FILES ${arg_QML}
         RESOURCES ${arg_RESOURCES})

@@ -116,8 +116,8 @@ void MediaCellPreview::setHovering(bool hovering) {
 }
 
 void MediaCellPreview::onNotification(const QString &name, const QVariant &object) {
-    const bool otherClaim = name == NotificationNames::mosaPreviewClaimed && object.typeId() == QMetaType::QString &&
-                            object.toString() != m_item.id();
+    const bool otherClaim = name == NotificationNames::mosaPreviewClaimed &&
+                            object.typeId() == QMetaType::QString && object.toString() != m_item.id();
     if (otherClaim && m_controller) {
         m_exitTimer.stop();
         endHover();

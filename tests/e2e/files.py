@@ -1,7 +1,6 @@
 """What happens to the user's flagged files."""
 
 import pathlib
-import re
 
 import samples
 import scenario
