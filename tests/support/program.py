@@ -14,7 +14,8 @@ HARMLESS = re.compile("|".join([
     r"^$",
     r"libEGL warning|MESA|libGL",
     r"qt\.qpa\.(theme|wayland)",
-    r"ALSA lib|pulse|pipewire|PipeWire|\[ao",
+    r"ALSA lib|pulse|pipewire|PipeWire|\bpw\.|\[ao",
+    r"Cannot load libcuda|VDPAU|libva",
     r"dbind-WARNING",
 ]))
 
