@@ -21,6 +21,9 @@ Item {
         height: browser.height
         immersive: browser.immersive
     }
+    NeighbourPrefetch {
+        pager: mediaPager
+    }
 
     Column {
         id: bars

@@ -116,16 +116,20 @@ void MediaPager::updatePages() {
     updateShownPage();
 }
 
+QList<MediaFile> MediaPager::itemsOfPage(int page) const {
+    if (page < 0 || page >= int(m_ranges.size())) {
+        return {};
+    }
+    const MediaGridSizing::Range range = m_ranges[size_t(page)];
+    return m_media.sliced(range.begin, range.end - range.begin);
+}
+
 void MediaPager::updateShownPage() {
     if (!m_complete || m_mediaUpdateScheduled || !m_state) {
         return;
     }
     const int shown = std::clamp(m_state->page(), 0, m_pageCount - 1);
-    QList<MediaFile> items;
-    if (!m_ranges.empty()) {
-        const MediaGridSizing::Range range = m_ranges[size_t(shown)];
-        items = m_media.sliced(range.begin, range.end - range.begin);
-    }
+    const QList<MediaFile> items = itemsOfPage(shown);
     if (items != m_pageItems.items()) {
         m_pageItems.setItems(items);
         Q_EMIT pageItemIdsChanged();

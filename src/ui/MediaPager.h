@@ -54,6 +54,8 @@ public:
     MediaPageModel *pageItems() { return &m_pageItems; }
     QStringList pageItemIds() const;
     bool isEmpty() const { return m_media.isEmpty(); }
+    /// Empty for a page that there is not.
+    QList<MediaFile> itemsOfPage(int page) const;
 
     void classBegin() override { m_complete = false; }
     void componentComplete() override;
