@@ -3,9 +3,10 @@
 #include "FileDescriptor.h"
 
 #include <QByteArray>
+#include <QtGlobal>
 
-#include <compare>
 #include <optional>
+#include <tuple>
 
 #include <sys/types.h>
 
@@ -16,7 +17,10 @@ struct MountIdentity {
     /// Always 0 on kernels that do not tell.
     quint64 mount = 0;
 
-    friend auto operator<=>(const MountIdentity &, const MountIdentity &) = default;
+    friend bool operator==(const MountIdentity &, const MountIdentity &) = default;
+    friend bool operator<(const MountIdentity &a, const MountIdentity &b) {
+        return std::tie(a.device, a.mount) < std::tie(b.device, b.mount);
+    }
 };
 
 /// Of an open directory. None on failure, with errno set.
