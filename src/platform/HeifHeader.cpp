@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <memory>
 
 #include <libheif/heif.h>
@@ -46,7 +45,7 @@ struct Source {
         if (position + size > begin + length) {
             return false;
         }
-        std::memcpy(target, window.data() + (position - begin), size_t(size));
+        std::copy_n(window.data() + (position - begin), size, target);
         position += size;
         return true;
     }
