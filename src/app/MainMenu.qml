@@ -1,6 +1,5 @@
 pragma ComponentBehavior: Bound
 
-import QtQml
 import QtQuick
 import Mosa.App
 import Mosa.UI
@@ -11,37 +10,32 @@ MosaMenu {
 
     required property MenuCommands menuCommands
 
-    // A line before the item.
-    function partFromAbove(item: Item): void {
-        for (let i = 0; i < count; ++i) {
-            if (itemAt(i) === item) {
-                insertItem(i, separator.createObject(contentItem));
-                return;
-            }
-        }
-    }
-
     implicitWidth: 240
 
-    Repeater {
-        model: root.menuCommands.commands
-        delegate: MosaMenuItem {
-            required property MenuCommand modelData
-            required property int index
-            readonly property bool startsGroup: index > 0 && root.menuCommands.commands[index - 1].menu !== modelData.menu
-
-            enabled: modelData.enabled
-            text: modelData.title
-            shortcutText: modelData.shortcutText
-            onTriggered: modelData.trigger()
-            Accessible.onPressAction: modelData.trigger()
-        }
-        onItemAdded: (index, item) => {
-            if (item.startsGroup)
-                root.partFromAbove(item);
+    // Made once and in order: a repeater would put its entries before the lines between the groups.
+    Component.onCompleted: {
+        const commands = menuCommands.commands;
+        for (let i = 0; i < commands.length; ++i) {
+            if (i > 0 && commands[i - 1].menu !== commands[i].menu)
+                addItem(separator.createObject(contentItem) as Item);
+            addItem(entry.createObject(contentItem, {
+                command: commands[i]
+            }) as Item);
         }
     }
 
+    Component {
+        id: entry
+
+        MosaMenuItem {
+            required property MenuCommand command
+
+            enabled: command.enabled
+            text: command.title
+            shortcutText: command.shortcutText
+            onTriggered: command.trigger()
+        }
+    }
     Component {
         id: separator
 

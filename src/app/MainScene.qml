@@ -1,6 +1,5 @@
 pragma ComponentBehavior: Bound
 
-import QtQml
 import QtQuick
 import Mosa.App
 import Mosa.State
