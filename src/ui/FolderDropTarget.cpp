@@ -10,8 +10,9 @@ std::optional<FileURL> FolderDropTarget::firstFile(const QMimeData &data) {
     // Read as bytes: names that are not UTF-8 would not survive a QUrl.
     for (const QByteArray &line : data.data(QStringLiteral("text/uri-list")).split('\n')) {
         const QByteArray uri = line.trimmed();
-        if (uri.isEmpty() || uri.startsWith('#'))
+        if (uri.isEmpty() || uri.startsWith('#')) {
             continue;
+        }
         return uri.startsWith("file:") ? FileURL::fromArgument(uri, QByteArray("/")) : std::nullopt;
     }
     return std::nullopt;
@@ -41,8 +42,9 @@ void FolderDropTarget::dropEvent(QDropEvent *event) {
 }
 
 void FolderDropTarget::setTargeted(bool targeted) {
-    if (m_targeted == targeted)
+    if (m_targeted == targeted) {
         return;
+    }
     m_targeted = targeted;
     Q_EMIT isTargetedChanged();
 }

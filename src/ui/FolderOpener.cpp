@@ -8,8 +8,9 @@ FolderOpener::FolderOpener(QObject *parent) : QObject(parent) {
             [this](const QString &name, const QVariant &object) {
                 // Anything but a location is none of ours.
                 if (name == NotificationNames::mosaOpenFolder && m_state &&
-                    object.metaType() == QMetaType::fromType<FileURL>())
+                    object.metaType() == QMetaType::fromType<FileURL>()) {
                     m_state->openFolder(object.value<FileURL>(), true);
+                }
             });
 }
 
@@ -20,8 +21,9 @@ AppState *FolderOpener::state() const {
 }
 
 void FolderOpener::setState(AppState *state) {
-    if (m_state == state)
+    if (m_state == state) {
         return;
+    }
     m_state = state;
     Q_EMIT stateChanged();
 }

@@ -14,30 +14,35 @@ AppState *KeyMap::state() const {
 }
 
 void KeyMap::setState(AppState *state) {
-    if (m_state == state)
+    if (m_state == state) {
         return;
+    }
     m_state = state;
     Q_EMIT stateChanged();
 }
 
 void KeyMap::setImmersive(bool immersive) {
-    if (m_immersive == immersive)
+    if (m_immersive == immersive) {
         return;
+    }
     m_immersive = immersive;
     Q_EMIT immersiveChanged();
 }
 
 bool KeyMap::handleKey(const KeyPress &press) {
-    if (!m_state)
+    if (!m_state) {
         return false;
+    }
     if (press.command && press.characters == QLatin1String("[")) {
         m_state->navigateBack();
         return true;
     }
-    if (m_state->fullItem() && handleInViewer(press.key))
+    if (m_state->fullItem() && handleInViewer(press.key)) {
         return true;
-    if (handleInBrowser(press.key))
+    }
+    if (handleInBrowser(press.key)) {
         return true;
+    }
     if (press.characters == QLatin1String("f")) {
         toggleFullScreen(!m_hasWindow || !m_windowIsFullScreen);
         return true;
@@ -54,8 +59,9 @@ bool KeyMap::handleInViewer(KeyPress::Key key) {
         m_state->moveFullItem(1);
         return true;
     case KeyPress::Key::space:
-        if (m_state->fullItem()->kind != MediaKind::video)
+        if (m_state->fullItem()->kind != MediaKind::video) {
             return false;
+        }
         NotificationCentre::defaultCentre().post(NotificationNames::mosaTogglePlayback);
         return true;
     case KeyPress::Key::escape:
@@ -87,14 +93,16 @@ bool KeyMap::handleInBrowser(KeyPress::Key key) {
 }
 
 void KeyMap::leave() {
-    if (m_immersive)
+    if (m_immersive) {
         toggleFullScreen(false);
-    else if (m_state->canNavigateBack())
+    } else if (m_state->canNavigateBack()) {
         m_state->navigateBack();
+    }
 }
 
 void KeyMap::toggleFullScreen(bool immersive) {
     setImmersive(immersive);
-    if (m_hasWindow)
+    if (m_hasWindow) {
         Q_EMIT fullScreenToggled();
+    }
 }

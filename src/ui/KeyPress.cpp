@@ -9,8 +9,9 @@ constexpr quint32 scanCodeOfF = 41;
 constexpr quint32 scanCodeOfLeftBracket = 34;
 
 bool isNonLatinLetter(int key) {
-    if (key <= 0 || key > 0xFFFF)
+    if (key <= 0 || key > 0xFFFF) {
         return false;
+    }
     const QChar character{char16_t(key)};
     return character.isLetter() && character.script() != QChar::Script_Latin;
 }
@@ -28,11 +29,13 @@ QString latinAt(quint32 scanCode) {
 
 QString charactersOf(const QKeyEvent &event) {
     const int key = event.key();
-    if (isNonLatinLetter(key))
+    if (isNonLatinLetter(key)) {
         return latinAt(event.nativeScanCode());
+    }
     // Above lie the keys that type nothing. Letters come as capitals, whether or not shift is held.
-    if (key <= 0 || key >= Qt::Key_Escape)
+    if (key <= 0 || key >= Qt::Key_Escape) {
         return {};
+    }
     return QString(QChar(char16_t(key))).toLower();
 }
 

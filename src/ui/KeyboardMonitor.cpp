@@ -9,8 +9,9 @@
 KeyboardMonitor::KeyboardMonitor(QObject *parent) : QObject(parent) {}
 
 KeyboardMonitor::~KeyboardMonitor() {
-    if (QCoreApplication::instance() != nullptr)
+    if (QCoreApplication::instance() != nullptr) {
         QCoreApplication::instance()->removeEventFilter(this);
+    }
 }
 
 void KeyboardMonitor::componentComplete() {
@@ -19,18 +20,21 @@ void KeyboardMonitor::componentComplete() {
 
 bool KeyboardMonitor::eventFilter(QObject *watched, QEvent *event) {
     // A window passes its presses on to its items, which would show each of them here a second time.
-    if (event->type() != QEvent::KeyPress || m_suspended || !m_keyMap)
+    if (event->type() != QEvent::KeyPress || m_suspended || !m_keyMap) {
         return false;
+    }
     const auto *window = qobject_cast<QQuickWindow *>(watched);
-    if (window == nullptr || isTyping() || hasOpenMenu(*window))
+    if (window == nullptr || isTyping() || hasOpenMenu(*window)) {
         return false;
+    }
     return m_keyMap->handleKey(KeyPress::fromEvent(*static_cast<QKeyEvent *>(event)));
 }
 
 bool KeyboardMonitor::isTyping() {
     QObject *focus = QGuiApplication::focusObject();
-    if (focus == nullptr)
+    if (focus == nullptr) {
         return false;
+    }
     QInputMethodQueryEvent query(Qt::ImEnabled);
     QCoreApplication::sendEvent(focus, &query);
     return query.value(Qt::ImEnabled).toBool();
@@ -40,8 +44,9 @@ bool KeyboardMonitor::hasOpenMenu(const QQuickWindow &window) {
     // An open menu holds the focus; its item's owner is the menu itself.
     for (QQuickItem *item = window.activeFocusItem(); item != nullptr; item = item->parentItem()) {
         if (item->inherits("QQuickPopupItem") && item->parent() != nullptr &&
-            item->parent()->inherits("QQuickMenu"))
+            item->parent()->inherits("QQuickMenu")) {
             return true;
+        }
     }
     return false;
 }

@@ -15,8 +15,9 @@ AppState *LastFolder::state() const {
 }
 
 void LastFolder::setState(AppState *state) {
-    if (m_state == state)
+    if (m_state == state) {
         return;
+    }
     m_state = state;
     Q_EMIT stateChanged();
     refresh();
@@ -30,21 +31,24 @@ void LastFolder::refresh() {
         return;
     }
     m_test = BackgroundTask::run<bool>([path = url->nativePath()](QPromise<bool> &promise) {
-        if (!promise.isCanceled())
+        if (!promise.isCanceled()) {
             promise.addResult(::access(path.constData(), F_OK) == 0);
+        }
     });
     m_test.then(this, [this](bool exists) { setAvailable(exists); });
 }
 
 void LastFolder::open() {
     const std::optional<FileURL> url = m_state ? m_state->lastFolder() : std::nullopt;
-    if (url)
+    if (url) {
         m_state->openFolder(*url, true);
+    }
 }
 
 void LastFolder::setAvailable(bool available) {
-    if (m_available == available)
+    if (m_available == available) {
         return;
+    }
     m_available = available;
     Q_EMIT availableChanged();
 }

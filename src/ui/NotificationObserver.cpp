@@ -5,7 +5,8 @@
 NotificationObserver::NotificationObserver(QObject *parent) : QObject(parent) {
     connect(&NotificationCentre::defaultCentre(), &NotificationCentre::posted, this,
             [this](const QString &name, const QVariant &object) {
-                if (name == m_name)
+                if (name == m_name) {
                     Q_EMIT posted(object);
+                }
             });
 }

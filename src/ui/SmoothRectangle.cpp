@@ -78,8 +78,9 @@ QImage SmoothRectangle::draw(QSizeF points, double margin, double ratio) const {
                  QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     const QPainterPath shape = path(rect, m_radius * ratio);
-    if (hasShadow())
+    if (hasShadow()) {
         drawShadow(image, shape, ratio);
+    }
 
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -138,7 +139,8 @@ void SmoothRectangle::itemChange(ItemChange change, const ItemChangeData &data) 
         connect(data.window, &QQuickWindow::widthChanged, this, &QQuickItem::update);
         connect(data.window, &QQuickWindow::heightChanged, this, &QQuickItem::update);
     }
-    if (change == ItemDevicePixelRatioHasChanged)
+    if (change == ItemDevicePixelRatioHasChanged) {
         update();
+    }
     QQuickItem::itemChange(change, data);
 }

@@ -48,8 +48,9 @@ protected:
 private:
     template <typename Value>
     void set(Value &field, const Value &value) {
-        if (field == value)
+        if (field == value) {
             return;
+        }
         field = value;
         m_imageStale = true;
         update();

@@ -180,14 +180,16 @@ QPainterPath SymbolArt::parsePath(const char *text) {
         }
         const char command = *text++;
         const std::optional<int> count = argumentCount(command);
-        if (!count)
+        if (!count) {
             return {};
+        }
         std::array<double, 6> numbers{};
         for (int i = 0; i < *count; ++i) {
             char *end = nullptr;
             numbers[size_t(i)] = std::strtod(text, &end);
-            if (end == text)
+            if (end == text) {
                 return {};
+            }
             text = end;
         }
         append(path, command, numbers);
@@ -198,10 +200,12 @@ QPainterPath SymbolArt::parsePath(const char *text) {
 QList<SymbolArt::Layer> SymbolArt::layers(const QString &name) {
     QList<Layer> result;
     const auto drawing = drawings().constFind(name);
-    if (drawing == drawings().cend())
+    if (drawing == drawings().cend()) {
         return result;
-    for (const Drawing &step : *drawing)
+    }
+    for (const Drawing &step : *drawing) {
         result.append({step.kind, parsePath(step.path)});
+    }
     return result;
 }
 

@@ -19,12 +19,15 @@ constexpr double gridPerPoint = 1.25;
 constexpr double thinnestLine = 1.1;
 
 double strokeUnits(int weight) {
-    if (weight <= QFont::Light)
+    if (weight <= QFont::Light) {
         return 1.3;
-    if (weight <= QFont::Normal)
+    }
+    if (weight <= QFont::Normal) {
         return 1.75;
-    if (weight <= QFont::Medium)
+    }
+    if (weight <= QFont::Medium) {
         return 2.0;
+    }
     return 2.4;
 }
 
@@ -36,30 +39,34 @@ SymbolIcon::SymbolIcon(QQuickItem *parent) : QQuickItem(parent) {
 }
 
 void SymbolIcon::setName(const QString &name) {
-    if (m_name == name)
+    if (m_name == name) {
         return;
+    }
     m_name = name;
     redraw();
 }
 
 void SymbolIcon::setSize(double size) {
-    if (m_size == size)
+    if (m_size == size) {
         return;
+    }
     m_size = size;
     setImplicitSize(gridSide(), gridSide());
     redraw();
 }
 
 void SymbolIcon::setColor(const QColor &color) {
-    if (m_color == color)
+    if (m_color == color) {
         return;
+    }
     m_color = color;
     redraw();
 }
 
 void SymbolIcon::setWeight(int weight) {
-    if (m_weight == weight)
+    if (m_weight == weight) {
         return;
+    }
     m_weight = weight;
     redraw();
 }
@@ -95,10 +102,11 @@ QImage SymbolIcon::rasterise(const QString &name, const QColor &color, int weigh
         const bool cuts = layer.kind != Kind::stroke && layer.kind != Kind::fill;
         painter.setCompositionMode(cuts ? QPainter::CompositionMode_DestinationOut
                                         : QPainter::CompositionMode_SourceOver);
-        if (layer.kind == Kind::fill || layer.kind == Kind::cutFill)
+        if (layer.kind == Kind::fill || layer.kind == Kind::cutFill) {
             painter.fillPath(layer.path, opaque);
-        else
+        } else {
             painter.strokePath(layer.path, pen(opaque, layer.kind == Kind::cutStroke ? line * 2.6 : line));
+        }
     }
     // The layers overlap: the colour's own opacity applies once, to their union.
     if (color.alpha() < 255) {
@@ -141,7 +149,8 @@ void SymbolIcon::itemChange(ItemChange change, const ItemChangeData &data) {
         connect(data.window, &QQuickWindow::widthChanged, this, &QQuickItem::update);
         connect(data.window, &QQuickWindow::heightChanged, this, &QQuickItem::update);
     }
-    if (change == ItemDevicePixelRatioHasChanged)
+    if (change == ItemDevicePixelRatioHasChanged) {
         update();
+    }
     QQuickItem::itemChange(change, data);
 }
