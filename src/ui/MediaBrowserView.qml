@@ -31,6 +31,7 @@ Item {
         visible: !browser.immersive
 
         ToolbarView {
+            objectName: "toolbar"
             width: parent.width
             state: browser.state
             pageItemIds: mediaPager.pageItemIds
