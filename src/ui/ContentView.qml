@@ -74,16 +74,6 @@ Item {
     }
 
     Loader {
-        z: 20
-        anchors.fill: parent
-        active: root.state.fullItem !== undefined
-        sourceComponent: FullMediaView {
-            state: root.state
-            item: root.state.fullItem
-        }
-    }
-
-    Loader {
         z: 30
         width: parent.width
         y: 54
