@@ -34,7 +34,7 @@ class Mosa:
     @property
     def root(self):
         if self._root is None:
-            self._root = wait_until(self._on_the_bus, "the program on the accessibility bus", 40)
+            self._root = wait_until(self._on_the_bus, "the program on the accessibility bus", 90)
         return self._root
 
     def _on_the_bus(self):
