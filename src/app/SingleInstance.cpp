@@ -9,7 +9,7 @@ namespace {
 constexpr int nameLimit = 1000;
 constexpr int handOverLimit = 5000;
 
-// Values of the D-Bus specification.
+// Replies that org.freedesktop.DBus.RequestName defines.
 constexpr uint doNotQueue = 4;
 constexpr uint nameTaken = 3;
 

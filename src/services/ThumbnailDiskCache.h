@@ -18,7 +18,7 @@ public:
 
     explicit ThumbnailDiskCache(FileURL directory) : m_directory(std::move(directory)) {}
 
-    /// "Mosa/Thumbnails" in the user's cache directory of the XDG base directory specification.
+    /// "Mosa/Thumbnails" in the user's cache directory of the XDG Base Directory standard.
     static FileURL defaultDirectory();
     /// The entry's file name: SHA-256 of the path's bytes in hexadecimal digits, and ".jpg".
     static QByteArray cacheName(const FileURL &media);

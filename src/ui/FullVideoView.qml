@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Layouts
 import Mosa.Playback
 import Mosa.State
 import Mosa.UI

@@ -1,7 +1,6 @@
 // Not bound: the Loader of Qt 6.4 refuses bound components.
 
 import QtQuick
-import Mosa.Playback
 import Mosa.State
 import Mosa.UI
 
