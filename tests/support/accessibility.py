@@ -7,6 +7,9 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+# A program that draws in software on a busy machine answers late.
+Atspi.set_timeout(5000, 30000)
+
 Gone = GLib.GError
 
 
