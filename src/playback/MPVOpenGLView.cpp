@@ -20,6 +20,9 @@ using std::chrono::milliseconds;
 /// No frame is announced longer ahead than this; a due time further off comes from a clock that jumped.
 constexpr milliseconds longestWait{100};
 
+/// How often the graphics card is asked whether it is through with a frame.
+constexpr milliseconds drawnInterval{1};
+
 /// A player that stops redraws once more, usually within a millisecond or two, and is quiet from then on.
 constexpr milliseconds quietTime{2};
 constexpr milliseconds longestEnd{15};
@@ -52,6 +55,9 @@ MPVOpenGLView::MPVOpenGLView(const MPVFunctions &functions, QObject *parent)
     m_displayTimer.setSingleShot(true);
     m_displayTimer.setTimerType(Qt::PreciseTimer);
     m_displayTimer.callOnTimeout(this, &MPVOpenGLView::draw);
+    m_showTimer.setSingleShot(true);
+    m_showTimer.setTimerType(Qt::PreciseTimer);
+    m_showTimer.callOnTimeout(this, &MPVOpenGLView::showWhenDrawn);
 }
 
 MPVOpenGLView::~MPVOpenGLView() {
@@ -137,6 +143,20 @@ void MPVOpenGLView::draw() {
         m_functions.renderContextReportSwap(m_renderContext);
     }
     m_buffers.doneCurrent();
+    showWhenDrawn();
+}
+
+/// A graphics card, and even more so software in its place, still draws when the commands for it have been
+/// given. A window that showed the frame at once would hold its thread until then.
+void MPVOpenGLView::showWhenDrawn() {
+    m_buffers.makeCurrent();
+    const auto texture = m_buffers.front();
+    const bool drawn = !texture || texture->isDrawn();
+    m_buffers.doneCurrent();
+    if (!drawn) {
+        m_showTimer.start(drawnInterval);
+        return;
+    }
     Q_EMIT contentsChanged();
     if (std::exchange(m_hasPendingVideoFrame, false) && m_frameRenderedHandler) {
         m_frameRenderedHandler();
@@ -199,6 +219,7 @@ void MPVOpenGLView::shutdownRenderContext() {
         qFatal("The renderer must be destroyed on the main thread.");
     }
     m_displayTimer.stop();
+    m_showTimer.stop();
     m_buffers.makeCurrent();
     if (m_renderContext) {
         m_functions.renderContextSetUpdateCallback(m_renderContext, nullptr, nullptr);

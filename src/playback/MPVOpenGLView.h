@@ -79,6 +79,7 @@ private:
     void setNeedsDisplay();
     std::chrono::microseconds timeUntilNextFrame() const;
     void renderCurrentFrame();
+    void showWhenDrawn();
     void presentCurrentFrame();
     void stopOutput();
     bool frameWaits() const;
@@ -97,6 +98,7 @@ private:
     QSize m_backingSize;
     /// Fires when the view is to be drawn.
     QTimer m_displayTimer;
+    QTimer m_showTimer;
     /// A notice of the player is on its way to the main thread.
     std::atomic_flag m_noticePosted = ATOMIC_FLAG_INIT;
 };

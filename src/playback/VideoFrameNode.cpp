@@ -6,6 +6,7 @@
 VideoFrameNode::VideoFrameNode(QQuickWindow *window)
     : m_window(window), m_background(window->createRectangleNode()),
       m_picture(std::make_unique<QSGSimpleTextureNode>()) {
+    setFlag(UsePreprocess);
     m_background->setColor(Qt::black);
     m_background->setFlag(QSGNode::OwnedByParent, false);
     m_picture->setFlag(QSGNode::OwnedByParent, false);
@@ -15,7 +16,6 @@ VideoFrameNode::VideoFrameNode(QQuickWindow *window)
 }
 
 void VideoFrameNode::showTexture(const std::shared_ptr<const VideoTexture> &texture, const QRectF &bounds) {
-    texture->waitUntilDrawn();
     if (m_texture != texture) {
         m_picture->setTexture(
             QNativeInterface::QSGOpenGLTexture::fromNative(texture->id(), m_window, texture->size()));
@@ -31,6 +31,12 @@ void VideoFrameNode::showImage(const QImage &image, const QRectF &bounds) {
         m_imageKey = image.cacheKey();
     }
     show(image.size(), bounds);
+}
+
+void VideoFrameNode::preprocess() {
+    if (m_texture) {
+        m_texture->waitUntilDrawn();
+    }
 }
 
 void VideoFrameNode::show(const QSize &frame, const QRectF &bounds) {

@@ -21,6 +21,9 @@ public:
     void showTexture(const std::shared_ptr<const VideoTexture> &texture, const QRectF &bounds);
     void showImage(const QImage &image, const QRectF &bounds);
 
+    /// As late as possible: the main thread goes on by now.
+    void preprocess() override;
+
 private:
     void show(const QSize &frame, const QRectF &bounds);
 

@@ -31,6 +31,11 @@ void VideoTexture::finishDrawing() {
     gl->glFlush();
 }
 
+bool VideoTexture::isDrawn() const {
+    return !m_fence || QOpenGLContext::currentContext()->extraFunctions()->glClientWaitSync(
+                           static_cast<GLsync>(m_fence), 0, 0) != GL_TIMEOUT_EXPIRED;
+}
+
 void VideoTexture::waitUntilDrawn() const {
     if (m_fence) {
         QOpenGLContext::currentContext()->extraFunctions()->glWaitSync(static_cast<GLsync>(m_fence), 0,

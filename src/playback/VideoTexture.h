@@ -20,6 +20,8 @@ public:
     /// After the frame's last drawing command, with the drawing context current: hands the commands to the
     /// graphics card.
     void finishDrawing();
+    /// Whether the card is through with them. Any context of the share group.
+    bool isDrawn() const;
     /// Before the frame is shown, with the showing context current: makes the card, not the caller, wait.
     void waitUntilDrawn() const;
 

@@ -42,6 +42,8 @@ ColumnLayout {
         }
         Text {
             text: root.player.timestamp(root.position)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: MosaLook.monospaced(12)
             color: MosaLook.primary
         }
@@ -52,6 +54,8 @@ ColumnLayout {
         }
         Text {
             text: root.player.timestamp(root.duration)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font: MosaLook.monospaced(12)
             color: MosaLook.primary
         }
@@ -59,6 +63,8 @@ ColumnLayout {
             Layout.fillWidth: true
             text: root.item.url.lastPathComponent.replace(/\n/g, " ")
             textFormat: Text.PlainText
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             elide: Text.ElideMiddle
             maximumLineCount: 1
             font: MosaLook.body

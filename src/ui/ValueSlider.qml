@@ -11,6 +11,10 @@ MosaSlider {
     required property real current
     required property real maximum
 
+    // The range under the names that the accessibility bus asks for.
+    readonly property real minimumValue: from
+    readonly property real maximumValue: to
+
     property bool following: false
 
     signal edited(real value)
