@@ -20,7 +20,8 @@ TestCase {
 
     /// All visible items below one whose property has the value.
     function findAll(item, property, value, found = []) {
-        for (const child of item.children) {
+        for (let i = 0; i < item.children.length; ++i) {
+            const child = item.children[i];
             if (!child.visible)
                 continue;
             if (child[property] === value)
