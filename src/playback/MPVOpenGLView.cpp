@@ -143,6 +143,8 @@ void MPVOpenGLView::draw() {
         m_functions.renderContextReportSwap(m_renderContext);
     }
     m_buffers.doneCurrent();
+    // Another frame may be announced before this one is shown.
+    m_drewNewFrame = std::exchange(m_hasPendingVideoFrame, false) || m_drewNewFrame;
     showWhenDrawn();
 }
 
@@ -158,7 +160,7 @@ void MPVOpenGLView::showWhenDrawn() {
         return;
     }
     Q_EMIT contentsChanged();
-    if (std::exchange(m_hasPendingVideoFrame, false) && m_frameRenderedHandler) {
+    if (std::exchange(m_drewNewFrame, false) && m_frameRenderedHandler) {
         m_frameRenderedHandler();
     }
 }
@@ -234,6 +236,7 @@ void MPVOpenGLView::shutdownRenderContext() {
     m_buffers.release();
     m_buffers.doneCurrent();
     m_hasPendingVideoFrame = false;
+    m_drewNewFrame = false;
     Q_EMIT contentsChanged();
 }
 

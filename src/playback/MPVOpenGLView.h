@@ -93,6 +93,8 @@ private:
     mpv_render_context *m_renderContext = nullptr;
     bool m_hasPendingVideoFrame = false;
     bool m_frameAnnounced = false;
+    /// Drawn, but not yet shown.
+    bool m_drewNewFrame = false;
     std::function<void()> m_frameRenderedHandler;
     QObject *m_host = nullptr;
     QSize m_backingSize;
