@@ -1,6 +1,7 @@
 #include "LastFolder.h"
 
 #include "BackgroundTask.h"
+#include "WhenFinished.h"
 
 #include <unistd.h>
 
@@ -35,7 +36,12 @@ void LastFolder::refresh() {
             promise.addResult(::access(path.constData(), F_OK) == 0);
         }
     });
-    m_test.then(this, [this](bool exists) { setAvailable(exists); });
+    // Not then(): it would leave m_test without a state that could be cancelled.
+    whenFinished(this, m_test, [this](const QFuture<bool> &test) {
+        if (!test.isCanceled()) {
+            setAvailable(finishedResultOr(test, false));
+        }
+    });
 }
 
 void LastFolder::open() {
