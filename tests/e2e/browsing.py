@@ -85,9 +85,7 @@ class Browsing(Scenario):
         before = self.order(mosa)
         mosa.press(BUTTON, "Arrange")
         mosa.see(name="Arrange Videos")
-        downs = [button for button in mosa.all(BUTTON, re.compile("[Dd]own")) if button.has("enabled")]
-        self.assertEqual(len(downs), 2, "the last row goes no further down")
-        downs[0].press()
+        mosa.press(BUTTON, "Move Down")
         mosa.key("Return")
         mosa.see_gone(name="Arrange Videos")
         self.assertEqual(self.order(mosa), [before[1], before[0], before[2]])
