@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include "AccessibleItem.h"
 #include "FileManager.h"
 #include "NotificationCentre.h"
 #include "NotificationNames.h"
@@ -18,6 +19,7 @@ void post(const QString &name) {
 
 MainWindow::MainWindow(Preferences *preferences, FileManager *fileManager)
     : m_autosave(*this, preferences, QStringLiteral("MosaMainWindow")), m_fileManager(fileManager) {
+    AccessibleItem::install();
     setTitle(QStringLiteral("Mosa"));
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     setMinimumSize(minimumFrame);
