@@ -16,6 +16,29 @@ T.Menu {
 
     delegate: MosaMenuItem {}
 
+    /// Had the keyboard's focus before, and has it again afterwards.
+    property Item formerFocus: null
+
+    onAboutToShow: formerFocus = parent?.Window.activeFocusItem ?? null
+    onClosed: {
+        const taken = parent?.Window.activeFocusItem ?? null;
+        if (formerFocus && (!taken || taken === parent?.Window.contentItem))
+            formerFocus.forceActiveFocus(Qt.PopupFocusReason);
+        formerFocus = null;
+    }
+
+    /// Highlights the next entry that can be chosen, from the last to the first and back.
+    function step(by: int): void {
+        const start = by < 0 ? Math.max(currentIndex, 0) : currentIndex;
+        for (let i = 1; i <= count; ++i) {
+            const index = (start + by * i + count) % count;
+            if ((itemAt(index) as T.MenuItem)?.enabled) {
+                currentIndex = index;
+                return;
+            }
+        }
+    }
+
     contentItem: ListView {
         implicitWidth: {
             let widest = 0;
@@ -29,6 +52,10 @@ T.Menu {
         implicitHeight: contentHeight
         model: menu.contentModel
         interactive: contentHeight > height
+        keyNavigationEnabled: false
+        focus: true
+        Keys.onUpPressed: menu.step(-1)
+        Keys.onDownPressed: menu.step(1)
         clip: interactive
         currentIndex: menu.currentIndex
     }
