@@ -57,8 +57,10 @@ QString MosaUpdaterController::title() const {
         return tr("Installing the Update…");
     case Phase::Installed:
         return tr("The Update Is Installed");
-    case Phase::Failed:
+    case Phase::CheckFailed:
         return tr("Updates Could Not Be Checked");
+    case Phase::InstallFailed:
+        return tr("The Update Could Not Be Installed");
     }
     return {};
 }
@@ -72,7 +74,8 @@ QString MosaUpdaterController::details() const {
             .arg(m_standardController.version(), QCoreApplication::applicationVersion());
     case Phase::Installed:
         return tr("Version %1 will run the next time you open Mosa.").arg(m_standardController.version());
-    case Phase::Failed:
+    case Phase::CheckFailed:
+    case Phase::InstallFailed:
         return m_standardController.error();
     default:
         return {};

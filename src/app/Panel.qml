@@ -4,8 +4,9 @@ import QtQuick
 import QtQuick.Templates as T
 import Mosa.UI
 
-// A small panel over the middle of the window, for what the program says about itself.
-T.Popup {
+// A small panel over the middle of the window, for what the program says about itself. Its title is its name for
+// assistive technology.
+T.Dialog {
     id: root
 
     parent: T.Overlay.overlay
@@ -18,7 +19,7 @@ T.Popup {
     padding: 24
     closePolicy: T.Popup.CloseOnEscape
     background: SmoothRectangle {
-        color: MosaLook.menuMaterial
+        color: Qt.rgba(MosaLook.menuMaterial.r, MosaLook.menuMaterial.g, MosaLook.menuMaterial.b, 1)
         radius: 12
         borderColor: MosaLook.hairline
         borderWidth: 1

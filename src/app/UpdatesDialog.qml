@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Mosa.App
 import Mosa.UI
 
@@ -11,13 +10,25 @@ Panel {
 
     required property MosaUpdaterController updater
 
-    visible: updater.title !== ""
+    title: updater.title
     width: 380
-    closePolicy: updater.busy ? T.Popup.NoAutoClose : T.Popup.CloseOnEscape
+    // Work under way goes on without the dialog, which comes back with the outcome.
     onClosed: updater.dismiss()
 
+    Connections {
+        target: root.updater
+        function onPhaseChanged(): void {
+            if (root.updater.title === "") {
+                root.close();
+                return;
+            }
+            root.open();
+            (root.updater.busy ? hide : answer).forceActiveFocus();
+        }
+    }
+
     contentItem: Column {
-        spacing: 12
+        spacing: 14
 
         Text {
             width: parent.width
@@ -49,16 +60,22 @@ Panel {
         }
         Row {
             anchors.right: parent.right
-            visible: !root.updater.busy
             spacing: 10
 
+            MosaSecondaryButton {
+                id: hide
+                visible: root.updater.busy
+                text: qsTr("Hide")
+                onClicked: root.close()
+            }
             MosaSecondaryButton {
                 visible: root.updater.installable
                 text: qsTr("Later")
                 onClicked: root.close()
             }
             MosaPrimaryButton {
-                focus: true
+                id: answer
+                visible: !root.updater.busy
                 text: root.updater.installable ? qsTr("Install Update") : qsTr("OK")
                 onClicked: root.updater.installable ? root.updater.install() : root.close()
             }

@@ -96,7 +96,7 @@ void PackageKitUpdater::run(const QString &method, const QVariantList &arguments
                     (this->*done)(packageIds);
                 } else {
                     m_error = error;
-                    setPhase(Phase::Failed);
+                    setPhase(m_phase == Phase::Installing ? Phase::InstallFailed : Phase::CheckFailed);
                 }
             });
     transaction->run(method, arguments);

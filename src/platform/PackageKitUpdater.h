@@ -20,8 +20,9 @@ public:
         UpToDate,  ///< there is none
         Available, ///< version() can be installed
         Installing,
-        Installed, ///< version() will run at the next start
-        Failed     ///< error() says why
+        Installed,    ///< version() will run at the next start
+        CheckFailed,  ///< error() says why
+        InstallFailed ///< likewise
     };
     Q_ENUM(Phase)
 

@@ -51,8 +51,10 @@ private Q_SLOTS:
         QTest::newRow("only other packages") << QStringList{other} << "" << Phase::UpToDate << "";
         QTest::newRow("a newer version") << QStringList{other, ours} << "" << Phase::Available << "0.2.0";
         QTest::newRow("malformed id") << QStringList{QStringLiteral("mosa")} << "" << Phase::UpToDate << "";
-        QTest::newRow("no network") << QStringList{ours} << "RefreshCache" << Phase::Failed << "No network";
-        QTest::newRow("broken list") << QStringList{ours} << "GetUpdates" << Phase::Failed << "No network";
+        QTest::newRow("no network") << QStringList{ours} << "RefreshCache" << Phase::CheckFailed
+                                    << "No network";
+        QTest::newRow("broken list") << QStringList{ours} << "GetUpdates" << Phase::CheckFailed
+                                     << "No network";
     }
 
     void checks() {
@@ -73,14 +75,22 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
         QCOMPARE(ability.size(), 2);
         QTEST(updater.phase(), "phase");
-        QCOMPARE(updater.phase() == Phase::Failed ? updater.error() : updater.version(), text);
+        QCOMPARE(updater.phase() == Phase::CheckFailed ? updater.error() : updater.version(), text);
+    }
+
+    void installsWhatItFound_data() {
+        QTest::addColumn<QString>("failing");
+        QTest::addColumn<Phase>("phase");
+        QTest::newRow("allowed") << QString() << Phase::Installed;
+        QTest::newRow("refused") << QStringLiteral("UpdatePackages") << Phase::InstallFailed;
     }
 
     void installsWhatItFound() {
+        QFETCH(QString, failing);
         PrivateBus bus;
         StandInPackageKit service(bus.connect());
         const QString id = QStringLiteral("mosa;0.2.0;amd64;stable");
-        service.script.updates = {id};
+        service.script = {{id}, failing, QStringLiteral("Not authorised"), {}};
         PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
         updater.install();
         QCOMPARE(updater.phase(), Phase::Idle);
@@ -89,7 +99,8 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(updater.phase(), Phase::Available, limit);
         updater.install();
         QVERIFY(!updater.canCheckForUpdates());
-        QTRY_COMPARE_WITH_TIMEOUT(updater.phase(), Phase::Installed, limit);
+        QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
+        QTEST(updater.phase(), "phase");
         QCOMPARE(service.calls, QStringList({QStringLiteral("RefreshCache"), QStringLiteral("GetUpdates"), id,
                                              QStringLiteral("UpdatePackages")}));
         updater.dismiss();
@@ -107,7 +118,7 @@ private Q_SLOTS:
         updater.dismiss();
         QCOMPARE(updater.phase(), Phase::Checking);
         service.die();
-        QTRY_COMPARE_WITH_TIMEOUT(updater.phase(), Phase::Failed, limit);
+        QTRY_COMPARE_WITH_TIMEOUT(updater.phase(), Phase::CheckFailed, limit);
         QVERIFY(!updater.error().isEmpty());
         QVERIFY(updater.canCheckForUpdates());
     }
