@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QString>
 #include <QUrl>
 
@@ -11,13 +13,16 @@ inline const QString objectPath = QStringLiteral("/io/github/mosa_browser/Mosa")
 /// As the system's package manager knows it.
 inline const QString packageName = QStringLiteral("mosa");
 
+/// The page that is installed with the program: where it lies from the program's own folder on.
 inline QUrl helpPage() {
-    return QUrl(QStringLiteral("https://mosa-browser.github.io/mosa/help"), QUrl::StrictMode);
+    const QString shared =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/mosa/help.html");
+    return QUrl::fromLocalFile(QDir::cleanPath(shared));
 }
 
+/// Where the user's remarks go, with a subject; the address is chosen when the program is built.
 inline QUrl feedbackMail() {
-    return QUrl(QStringLiteral("mailto:feedback@mosa-browser.github.io?subject=Mosa%20Feedback"),
-                QUrl::StrictMode);
+    return QUrl(QStringLiteral("mailto:" MOSA_FEEDBACK_ADDRESS "?subject=Mosa%20Feedback"), QUrl::StrictMode);
 }
 
 } // namespace ApplicationIdentity

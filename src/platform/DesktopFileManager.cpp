@@ -104,6 +104,11 @@ void DesktopFileManager::openThroughPortal(const FileURL &url) {
 }
 
 void DesktopFileManager::openUrl(const QUrl &url) {
+    if (url.isLocalFile()) {
+        // The portal takes no addresses of files.
+        openInDefaultApp(FileURL::fromPath(url.toLocalFile()));
+        return;
+    }
     const QString text = url.toString(QUrl::FullyEncoded);
     if (!m_sandboxed || !m_bus.isConnected()) {
         m_opener(text);

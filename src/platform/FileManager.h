@@ -12,6 +12,6 @@ public:
     /// Shows the file, selected, in the desktop's file manager; its folder where that cannot be done.
     virtual void showInFileManager(const FileURL &url) = 0;
     virtual void openInDefaultApp(const FileURL &url) = 0;
-    /// A web page, or a mail to be written.
+    /// A page to be read, here or on the web, or a mail to be written.
     virtual void openUrl(const QUrl &url) = 0;
 };
