@@ -6,6 +6,7 @@ import Mosa.UI
 Panel {
     id: root
 
+    title: qsTr("About Mosa")
     width: 320
 
     contentItem: Column {
@@ -39,6 +40,16 @@ Panel {
             text: qsTr("Browse the videos and photos of a folder.")
             color: MosaLook.primary
             font: MosaLook.body
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        Text {
+            width: parent.width
+            text: qsTr("Free software under the GNU General Public License, version 3 or later.")
+            color: MosaLook.tertiary
+            font: MosaLook.system(11, Font.Normal)
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText

@@ -16,8 +16,15 @@ Item {
     required property SheetAlertPresenter alerts
     required property SheetFolderChooser chooser
 
+    /// Something is up that takes the keyboard for itself.
+    readonly property bool questioned: about.visible || updates.visible || sheets.active
+
     function openMenu(position: point): void {
         menu.popup(root, position.x, position.y);
+    }
+    /// Below its control, as the keyboard and the control ask for it.
+    function pullMenuDown(): void {
+        openMenu(Qt.point(controls.x, controls.height - 6));
     }
 
     Component.onCompleted: {
@@ -29,7 +36,7 @@ Item {
         anchors.fill: parent
         state: root.state
         host: root.host
-        keysSuspended: about.visible || updates.visible || sheets.active
+        keysSuspended: root.questioned
     }
 
     SheetHost {
@@ -39,6 +46,18 @@ Item {
         state: root.state
         alerts: root.alerts
         chooser: root.chooser
+        // The panels would lie above a sheet and keep every press from it.
+        onActiveChanged: {
+            if (active) {
+                about.close();
+                updates.close();
+            }
+        }
+    }
+    Binding {
+        target: root.menuCommands
+        property: "suspended"
+        value: sheets.active
     }
 
     WindowControls {
@@ -46,7 +65,7 @@ Item {
 
         host: root.host
         visible: !root.host.fullScreen
-        onMenuRequested: root.openMenu(Qt.point(x, height - 6))
+        onMenuRequested: root.pullMenuDown()
     }
 
     ResizeBands {
@@ -90,6 +109,14 @@ Item {
     Shortcut {
         sequences: ["F10", "Menu"]
         context: Qt.ApplicationShortcut
-        onActivated: root.openMenu(Qt.point(controls.x, controls.height - 6))
+        enabled: !root.questioned
+        onActivated: {
+            if (menu.opened) {
+                menu.close();
+            } else {
+                root.pullMenuDown();
+                menu.step(1);
+            }
+        }
     }
 }

@@ -13,14 +13,23 @@ void MenuCommand::setTitle(const QString &title) {
 }
 
 void MenuCommand::setEnabled(bool enabled) {
-    if (m_enabled != enabled) {
-        m_enabled = enabled;
+    change(m_enabled, enabled);
+}
+
+void MenuCommand::setSuspended(bool suspended) {
+    change(m_suspended, suspended);
+}
+
+void MenuCommand::change(bool &flag, bool value) {
+    const bool before = isEnabled();
+    flag = value;
+    if (isEnabled() != before) {
         Q_EMIT enabledChanged();
     }
 }
 
 void MenuCommand::trigger() {
-    if (m_enabled) {
+    if (isEnabled()) {
         Q_EMIT triggered();
     }
 }

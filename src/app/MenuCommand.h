@@ -32,8 +32,10 @@ public:
     const QKeySequence &keys() const { return m_shortcut; }
     QString shortcut() const { return m_shortcut.toString(QKeySequence::PortableText); }
     QString shortcutText() const { return m_shortcut.toString(QKeySequence::NativeText); }
-    bool isEnabled() const { return m_enabled; }
+    bool isEnabled() const { return m_enabled && !m_suspended; }
     void setEnabled(bool enabled);
+    /// Disables the command for a while, whatever setEnabled() says.
+    void setSuspended(bool suspended);
 
     /// Does what the command says; nothing while it is disabled.
     Q_INVOKABLE void trigger();
@@ -44,9 +46,12 @@ Q_SIGNALS:
     void triggered();
 
 private:
+    void change(bool &flag, bool value);
+
     Menu m_menu;
     QString m_name;
     QString m_title;
     QKeySequence m_shortcut;
     bool m_enabled = true;
+    bool m_suspended = false;
 };

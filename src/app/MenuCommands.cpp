@@ -28,6 +28,17 @@ MenuCommand *MenuCommands::command(const QString &name) const {
     return found == m_commands.end() ? nullptr : *found;
 }
 
+void MenuCommands::setSuspended(bool suspended) {
+    if (m_suspended == suspended) {
+        return;
+    }
+    m_suspended = suspended;
+    for (MenuCommand *command : m_commands) {
+        command->setSuspended(suspended && command != m_quit);
+    }
+    Q_EMIT suspendedChanged();
+}
+
 void MenuCommands::addApplicationMenu() {
     MenuCommand *about = add(MenuCommand::Application, QStringLiteral("about"), tr("About Mosa"));
     connect(about, &MenuCommand::triggered, this, &MenuCommands::aboutRequested);
@@ -43,9 +54,9 @@ void MenuCommands::addApplicationMenu() {
 
 // Last, where the eye looks for it in a menu that shows everything; in a menu bar still the application's.
 void MenuCommands::addQuit() {
-    MenuCommand *quit = add(MenuCommand::Application, QStringLiteral("quit"), tr("Quit Mosa"),
-                            QKeySequence(Qt::CTRL | Qt::Key_Q));
-    connect(quit, &MenuCommand::triggered, &m_targets.window, &QWindow::close);
+    m_quit = add(MenuCommand::Application, QStringLiteral("quit"), tr("Quit Mosa"),
+                 QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(m_quit, &MenuCommand::triggered, &m_targets.window, &QWindow::close);
 }
 
 void MenuCommands::addFileMenu() {
@@ -76,7 +87,8 @@ void MenuCommands::addViewMenu() {
 void MenuCommands::addHelpMenu() {
     FileManager &fileManager = m_targets.fileManager;
     const auto opening = [this, &fileManager](const QString &name, const QString &title, const QUrl &url) {
-        connect(add(MenuCommand::Help, name, title), &MenuCommand::triggered, this, [&fileManager, url] {
+        MenuCommand *command = add(MenuCommand::Help, name, title);
+        connect(command, &MenuCommand::triggered, this, [&fileManager, url] {
             if (url.isValid()) {
                 fileManager.openUrl(url);
             }

@@ -16,6 +16,8 @@ class MenuCommands : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(QQmlListProperty<MenuCommand> commands READ commandList CONSTANT)
+    /// A question of the window waits for its answer: until then nothing can be chosen but to quit.
+    Q_PROPERTY(bool suspended MEMBER m_suspended WRITE setSuspended NOTIFY suspendedChanged)
 
 public:
     /// What the commands act on; all of it outlives this.
@@ -31,9 +33,11 @@ public:
     const QList<MenuCommand *> &commands() const { return m_commands; }
     /// None for a name that no command has.
     MenuCommand *command(const QString &name) const;
+    void setSuspended(bool suspended);
 
 Q_SIGNALS:
     void aboutRequested();
+    void suspendedChanged();
 
 private:
     MenuCommand *add(MenuCommand::Menu menu, const QString &name, const QString &title,
@@ -47,4 +51,6 @@ private:
 
     Targets m_targets;
     QList<MenuCommand *> m_commands;
+    MenuCommand *m_quit = nullptr;
+    bool m_suspended = false;
 };

@@ -77,7 +77,9 @@ private Q_SLOTS:
         fixture.commands.command(QStringLiteral("help"))->trigger();
         fixture.commands.command(QStringLiteral("feedback"))->trigger();
         QCOMPARE(fixture.files.opened.size(), 2);
-        QVERIFY(fixture.files.opened[0].startsWith(QStringLiteral("https://")));
+        const QString page = fixture.files.opened[0];
+        QVERIFY(page.startsWith(QStringLiteral("file:///")) &&
+                page.endsWith(QStringLiteral("/share/mosa/help.html")));
         QVERIFY(fixture.files.opened[1].startsWith(QStringLiteral("mailto:")));
         QVERIFY(fixture.files.opened[1].endsWith(QStringLiteral("?subject=Mosa%20Feedback")));
     }
