@@ -82,12 +82,15 @@ QImage scaled(const AVFrame &frame, double pixelShape, int maxPixelSize) {
     constexpr int one = 1 << 16;
     sws_setColorspaceDetails(scaler.get(), sws_getCoefficients(matrixOf(frame)), hasFullRange(frame) ? 1 : 0,
                              sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, one, one);
-    QImage image(size, QImage::Format_RGB32);
+    // The scaler writes whole groups of pixels: also beyond the end of a row, and of the last one.
+    constexpr int group = 16;
+    QImage image(size.width() / group * group + 2 * group, size.height(), QImage::Format_RGB32);
     uint8_t *planes[] = {image.bits(), nullptr, nullptr, nullptr};
     const int strides[] = {int(image.bytesPerLine()), 0, 0, 0};
     if (sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes, strides) <= 0) {
         return {};
     }
+    image = image.copy(QRect(QPoint(0, 0), size));
     image.setColorSpace(CodedColour::colorSpace(frame.color_primaries, frame.color_trc));
     return ImageSource::toSRGB(image);
 }

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void everyContainer();
     void shapes_data();
     void shapes();
+    void everyWidthStaysInTheImage();
     void codecs_data();
     void codecs();
     void takesTheFrameAtOneFifth_data();
@@ -96,6 +97,17 @@ void VideoStillTest::shapes() {
     const QImage still = VideoStill::frame(file, 320);
     QCOMPARE(still.size(), expected);
     QVERIFY(MediaMaker::showsPattern(still));
+}
+
+/// Pixels written behind an image's last row spoil the heap, which notices when it is used again.
+void VideoStillTest::everyWidthStaysInTheImage() {
+    for (const QSize size : {QSize(180, 136), QSize(540, 406), QSize(404, 538)}) {
+        const FileURL file = url("unscaled.mp4");
+        QVERIFY(MediaMaker::video(file, {.size = size}));
+        for (int i = 0; i < 8; ++i) {
+            QCOMPARE(VideoStill::frame(file, 720).size(), size);
+        }
+    }
 }
 
 void VideoStillTest::codecs_data() {
