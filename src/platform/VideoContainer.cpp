@@ -19,6 +19,11 @@ constexpr int bufferSize = 32768;
 /// of noise cost tens of milliseconds.
 constexpr int formatProbeSize = 65536;
 
+/// The formats that video files come in. Others are none, and some of those, playlists and descriptions of
+/// streams, would have FFmpeg open connections of its own whatever refuseToOpen says.
+constexpr char formats[] =
+    "mov,matroska,avi,asf,flv,mpegts,mpeg,mpegvideo,m4v,h264,hevc,ogg,rm,wtv,mxf,nut,dv";
+
 struct FormatCloser {
     void operator()(AVFormatContext *context) const { avformat_close_input(&context); }
 };
@@ -107,6 +112,7 @@ struct VideoContainer::Private {
         context->pb = io.get();
         context->flags |= AVFMT_FLAG_CUSTOM_IO;
         context->io_open = refuseToOpen;
+        context->format_whitelist = av_strdup(formats);
         context->interrupt_callback = {.callback = interrupted, .opaque = this};
         context->format_probesize = formatProbeSize;
         // On failure the context is freed and the pointer cleared.

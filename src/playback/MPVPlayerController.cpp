@@ -79,7 +79,15 @@ void MPVPlayerController::setOptions() {
     setOption("sub-file-paths", "sub:subs:subtitles");
 }
 
+/// What merely has a video's name may be a playlist, or may describe streams: it leads neither to other files
+/// nor to the network. Subtitles beside the file are found all the same.
+void MPVPlayerController::refuseReferences() {
+    setProperty(QStringLiteral("access-references"), QStringLiteral("no"));
+    setProperty(QStringLiteral("demuxer-lavf-o"), QStringLiteral("protocol_whitelist=file"));
+}
+
 void MPVPlayerController::configurePlayer() {
+    refuseReferences();
     m_surface->setFrameRenderedHandler([this] {
         m_hasRenderedFrame = true;
         Q_EMIT hasRenderedFrameChanged();

@@ -90,6 +90,8 @@ void MPVPlayerControllerTest::startsAndStops() {
     started << QStringLiteral("initialize")
             << QStringLiteral("render_context_create API_TYPE=opengl OPENGL_INIT_PARAMS")
             << QStringLiteral("set_update_callback") << QStringLiteral("set video-timing-offset=0")
+            << QStringLiteral("set access-references=no")
+            << QStringLiteral("set demuxer-lavf-o=protocol_whitelist=file")
             << QStringLiteral("set mute=") + (preview ? QStringLiteral("yes") : QStringLiteral("no"))
             << QStringLiteral("set volume=70") << QStringLiteral("command loadfile /films/one.mp4 replace");
     QCOMPARE(mpv.take(), started);

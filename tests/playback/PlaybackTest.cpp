@@ -191,7 +191,10 @@ void PlaybackTest::playsNamesOfAnyBytes() {
 void PlaybackTest::staysDarkForWhatIsNoVideo() {
     const FileURL noise = path("noise.mp4");
     QVERIFY(MediaMaker::write(noise, MediaMaker::noise(60'000)));
-    for (const FileURL &file : {noise, path("missing.mp4")}) {
+    // A playlist under a video's name must not lead to another file.
+    const FileURL list = path("list.mp4");
+    QVERIFY(MediaMaker::write(list, "#EXTM3U\n" + m_wide.nativePath() + '\n'));
+    for (const FileURL &file : {noise, list, path("missing.mp4")}) {
         const auto *player = play(file, true);
         QSignalSpy polls(player, &MPVPlayerController::pausedChanged);
         QTRY_VERIFY_WITH_TIMEOUT(polls.count() >= 3, longWait);
