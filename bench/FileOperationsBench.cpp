@@ -5,6 +5,7 @@
 // The directory's file system is what is measured; by default the working directory's. A copy counts when it
 // is on the disk, so cp is followed by sync of its files.
 
+#include "BatchProgress.h"
 #include "Comparison.h"
 #include "FileOperations.h"
 
@@ -96,18 +97,14 @@ void await(QFuture<Result> future) {
     loop.exec();
 }
 
-/// Each report becomes an event of the main thread.
+/// As the program shows it.
 FileOperations::Progress progress() {
-    return [](qsizetype done, qsizetype total) {
-        QMetaObject::invokeMethod(
-            qApp, [=] { qApp->setProperty("progress", double(done) / double(total)); }, Qt::QueuedConnection);
-    };
+    return BatchProgress([](double fraction) { qApp->setProperty("progress", fraction); }).reporter();
 }
 
-void transfer(const Place &place, FileOperationKind kind) {
-    await(FileOperations::transfer(filesIn(place.from),
-                                   FileURL::directory(QByteArray::fromStdString(place.to.string())), kind,
-                                   progress()));
+void transfer(const Place &place, FileOperationKind kind, const FileOperations::Progress &progress) {
+    await(FileOperations::transfer(
+        filesIn(place.from), FileURL::directory(QByteArray::fromStdString(place.to.string())), kind, progress));
 }
 
 /// Empty folders and the files to work on, all of it on the disk.
@@ -129,7 +126,7 @@ void compareCopies(const std::string &title, const Place &place, int count, qint
     Comparison comparison(title);
     comparison.before([=] { reset(place, count, size); });
     comparison.subject([=] {
-        transfer(place, FileOperationKind::copy);
+        transfer(place, FileOperationKind::copy, progress());
         return digest(place.to);
     });
     comparison.peer("cp --reflink=auto, sync -d", 1.1, [=] {
@@ -144,7 +141,11 @@ void compareMoves(const Place &place, int count, int rounds) {
     Comparison comparison("move of " + std::to_string(count) + " files");
     comparison.before([=] { reset(place, count, 1024); });
     comparison.subject([=] {
-        transfer(place, FileOperationKind::move);
+        transfer(place, FileOperationKind::move, progress());
+        return digest(place.to);
+    });
+    comparison.peer("without progress", 1.02, [=] {
+        transfer(place, FileOperationKind::move, {});
         return digest(place.to);
     });
     comparison.peer("mv", 1.5, [=] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BatchProgress.h"
 #include "FileOperation.h"
 #include "FileOperations.h"
 #include "FolderCard.h"
@@ -174,8 +175,11 @@ private:
     void rememberFolder(const FileURL &folder);
 
     QList<MediaFile> filteredMedia() const;
+    /// Keeps the files whose paths are in the set, or those whose are not.
+    static void keepIf(QList<MediaFile> &files, const QSet<QString> &paths, bool contained);
 
-    FileOperations::Progress progressReporter();
+    /// Shows a batch that begins, until its progress is ended.
+    BatchProgress showProgress();
     void startTrash(const QList<FileURL> &files);
     void performFileOperation(FileOperationKind kind);
     void startTransfer(const QList<FileURL> &files, const FileURL &folder, FileOperationKind kind);

@@ -19,13 +19,13 @@ QSet<QByteArray> nativePaths(const QSet<QString> &paths) {
     return native;
 }
 
-void keepIf(QList<MediaFile> &files, const QSet<QString> &paths, bool contained) {
+} // namespace
+
+void AppState::keepIf(QList<MediaFile> &files, const QSet<QString> &paths, bool contained) {
     const QSet<QByteArray> native = nativePaths(paths);
     files.removeIf(
         [&](const MediaFile &file) { return native.contains(file.url.nativePath()) != contained; });
 }
-
-} // namespace
 
 void AppState::setActiveTab(MediaKind tab) {
     m_activeTab = tab;

@@ -8,9 +8,6 @@
 
 #include <QPointer>
 
-#include <atomic>
-#include <memory>
-
 namespace {
 
 /// "1 item", "2 items".
@@ -41,38 +38,15 @@ QSet<QString> pathsOf(const QList<FileURL> &urls) {
     return paths;
 }
 
-/// Carries a batch's progress to the main thread. Made there; lives as long as the batch's callback, whatever
-/// happens to the state meanwhile.
-struct ProgressRelay {
-    std::atomic<double> fraction = 0;
-    /// An update is on its way and will read the latest fraction, so that small files by the thousand cost
-    /// the main thread one event a turn.
-    std::atomic<bool> posted = false;
-    /// Receives the updates; deleted by its own thread, since the callback may die on any.
-    std::unique_ptr<QObject, void (*)(QObject *)> receiver{new QObject, [](QObject *o) { o->deleteLater(); }};
-};
-
 } // namespace
 
-FileOperations::Progress AppState::progressReporter() {
-    const auto relay = std::make_shared<ProgressRelay>();
-    return [relay, self = QPointer(this)](qsizetype done, qsizetype total) {
-        relay->fraction = double(done) / double(std::max<qsizetype>(total, 1));
-        if (relay->posted.exchange(true)) {
-            return;
+BatchProgress AppState::showProgress() {
+    assignOperationProgress(0.0);
+    return BatchProgress([self = QPointer(this)](double fraction) {
+        if (self) {
+            self->assignOperationProgress(fraction);
         }
-        const std::weak_ptr<ProgressRelay> weak = relay;
-        QMetaObject::invokeMethod(
-            relay->receiver.get(),
-            [weak, self] {
-                const auto posted = weak.lock();
-                if (posted && self) {
-                    posted->posted = false;
-                    self->assignOperationProgress(posted->fraction);
-                }
-            },
-            Qt::QueuedConnection);
-    };
+    });
 }
 
 void AppState::trashFlagged() {
@@ -95,14 +69,16 @@ void AppState::trashFlagged() {
 }
 
 void AppState::startTrash(const QList<FileURL> &files) {
-    assignOperationProgress(0.0);
-    whenFinished(
-        this, m_services.trash(files, progressReporter()), [this](const QFuture<QList<FileURL>> &finished) {
-            const QList<FileURL> trashed = finishedResultOr(finished, QList<FileURL>());
-            removeFromBrowser(pathsOf(trashed));
-            assignOperationProgress(std::nullopt);
-            assignStatusMessage(QStringLiteral("Moved %1 to Trash").arg(countedItems(trashed.size())));
-        });
+    const BatchProgress progress = showProgress();
+    whenFinished(this, m_services.trash(files, progress.reporter()),
+                 [this, progress](const QFuture<QList<FileURL>> &finished) {
+                     progress.end();
+                     const QList<FileURL> trashed = finishedResultOr(finished, QList<FileURL>());
+                     removeFromBrowser(pathsOf(trashed));
+                     assignOperationProgress(std::nullopt);
+                     assignStatusMessage(
+                         QStringLiteral("Moved %1 to Trash").arg(countedItems(trashed.size())));
+                 });
 }
 
 void AppState::performFileOperation(FileOperationKind kind) {
@@ -126,11 +102,12 @@ void AppState::performFileOperation(FileOperationKind kind) {
 }
 
 void AppState::startTransfer(const QList<FileURL> &files, const FileURL &folder, FileOperationKind kind) {
-    assignOperationProgress(0.0);
+    const BatchProgress progress = showProgress();
     assignStatusMessage(kind == FileOperationKind::copy ? QStringLiteral("Copying\u2026")
                                                         : QStringLiteral("Moving\u2026"));
-    whenFinished(this, m_services.transfer(files, folder, kind, progressReporter()),
-                 [this, kind, files](const QFuture<FileTransferResult> &finished) {
+    whenFinished(this, m_services.transfer(files, folder, kind, progress.reporter()),
+                 [this, kind, files, progress](const QFuture<FileTransferResult> &finished) {
+                     progress.end();
                      const FileTransferResult none{.sources = {}, .destinations = {}, .failures = files};
                      finishTransfer(finishedResultOr(finished, none), kind);
                  });
@@ -153,7 +130,7 @@ void AppState::finishTransfer(const FileTransferResult &result, FileOperationKin
 
 void AppState::removeFromBrowser(const QSet<QString> &paths) {
     const auto remaining = [&paths](QList<MediaFile> files) {
-        files.removeIf([&paths](const MediaFile &file) { return paths.contains(file.id()); });
+        keepIf(files, paths, false);
         return files;
     };
     assignVideos(remaining(m_videos));

@@ -5,6 +5,8 @@
 
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QList<FileURL> urls(const QList<MediaFile> &files) {
@@ -20,203 +22,187 @@ QList<FileURL> urls(const QList<MediaFile> &files) {
 class AppStateFileActionsTest : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void asksNothingWithoutFlags();
-    void trashes_data();
-    void trashes();
-    void cancelledQuestionsChangeNothing();
-    void transfers_data();
-    void transfers();
-    void forgetsOnlyWhatMoved();
-    void reportsProgressFromAnotherThread();
-    void outlivedByItsBatch();
-
-private:
-    void flag(int count);
-
     std::unique_ptr<AppStateFixture> m_fixture;
     AppState *m_state = nullptr;
-};
 
-void AppStateFileActionsTest::init() {
-    m_fixture = std::make_unique<AppStateFixture>();
-    m_state = m_fixture->state.get();
-    QVERIFY(m_fixture->show(scanResult("/f", 6, 6)));
-}
-
-void AppStateFileActionsTest::flag(int count) {
-    for (int i = 0; i < count; ++i) {
-        m_state->toggleFlag(m_state->videos()[i]);
-    }
-}
-
-void AppStateFileActionsTest::asksNothingWithoutFlags() {
-    m_state->trashFlagged();
-    m_state->copyFlagged();
-    m_state->moveFlagged();
-    QVERIFY(m_fixture->alerts.shown.empty());
-    QVERIFY(m_fixture->chooser.shown.empty());
-}
-
-void AppStateFileActionsTest::trashes_data() {
-    QTest::addColumn<int>("flagged");
-    QTest::addColumn<int>("trashed");
-    QTest::addColumn<QString>("question");
-    QTest::addColumn<QString>("status");
-
-    QTest::newRow("one") << 1 << 1 << "Move 1 item to Trash?"
-                         << "Moved 1 item to Trash";
-    QTest::newRow("several, one locked") << 5 << 4 << "Move 5 items to Trash?"
-                                         << "Moved 4 items to Trash";
-    QTest::newRow("none could be") << 2 << 0 << "Move 2 items to Trash?"
-                                   << "Moved 0 items to Trash";
-}
-
-void AppStateFileActionsTest::trashes() {
-    QFETCH(int, flagged);
-    QFETCH(int, trashed);
-    flag(flagged);
-    const QList<FileURL> files = urls(m_state->flaggedItems());
-    m_state->setPage(1);
-    m_state->trashFlagged();
-    m_state->trashFlagged();
-    QCOMPARE(m_fixture->alerts.shown.size(), 1);
-    auto &shown = m_fixture->alerts.shown[0];
-    QTEST(shown.alert.messageText, "question");
-    QCOMPARE(shown.alert.informativeText, QStringLiteral("The files can be recovered from the Trash."));
-    QCOMPARE(shown.alert.buttons, QStringList({QStringLiteral("Move to Trash"), QStringLiteral("Cancel")}));
-    QVERIFY(!m_state->operationProgress());
-    shown.answer(0);
-    QTRY_COMPARE(m_fixture->trashes.size(), 1);
-    QCOMPARE(m_state->operationProgress(), 0.0);
-    QCOMPARE(m_fixture->trashes[0].files, files);
-    m_fixture->trashes[0].answer(files.first(trashed));
-    QTRY_VERIFY(!m_state->operationProgress());
-    QTEST(m_state->statusMessage().value_or(QString()), "status");
-    QVERIFY(!m_state->errorMessage());
-    QCOMPARE(m_state->videos().size(), 6 - trashed);
-    QCOMPARE(m_state->flagCount(), flagged - trashed);
-    QCOMPARE(m_state->page(), 0);
-}
-
-void AppStateFileActionsTest::cancelledQuestionsChangeNothing() {
-    flag(1);
-    m_state->trashFlagged();
-    m_fixture->alerts.shown[0].answer(1);
-    QTRY_VERIFY((m_state->copyFlagged(), m_fixture->chooser.shown.size() == 1));
-    m_fixture->chooser.shown[0].answer(std::nullopt);
-    QTRY_VERIFY((m_state->moveFlagged(), m_fixture->chooser.shown.size() == 2));
-    // The window went away with the question.
-    m_fixture->chooser.shown[1].promise->future().cancel();
-    m_fixture->chooser.shown[1].promise->finish();
-    QTRY_VERIFY((m_state->trashFlagged(), m_fixture->alerts.shown.size() == 2));
-    QVERIFY(m_fixture->trashes.empty());
-    QVERIFY(m_fixture->transfers.empty());
-    QVERIFY(!m_state->operationProgress());
-    QVERIFY(!m_state->statusMessage());
-}
-
-void AppStateFileActionsTest::transfers_data() {
-    QTest::addColumn<bool>("copies");
-    QTest::addColumn<int>("done");
-    QTest::addColumn<int>("failed");
-    QTest::addColumn<QString>("status");
-    QTest::addColumn<QString>("error");
-
-    QTest::newRow("copy") << true << 4 << 0 << "Copied 4 items"
-                          << "";
-    QTest::newRow("copy one") << true << 1 << 0 << "Copied 1 item"
-                              << "";
-    QTest::newRow("copy with failures") << true << 0 << 2 << "Copied 0 items"
-                                        << "2 files could not be copied.";
-    QTest::newRow("move") << false << 1 << 0 << "Moved 1 item"
-                          << "";
-    QTest::newRow("move with a failure") << false << 2 << 1 << "Moved 2 items"
-                                         << "1 file could not be moved.";
-}
-
-void AppStateFileActionsTest::transfers() {
-    QFETCH(bool, copies);
-    QFETCH(int, done);
-    QFETCH(int, failed);
-    flag(done + failed);
-    const QList<FileURL> files = urls(m_state->flaggedItems());
-    copies ? m_state->copyFlagged() : m_state->moveFlagged();
-    auto &shown = m_fixture->chooser.shown.back();
-    QCOMPARE(shown.title,
-             copies ? QStringLiteral("Copy flagged files to") : QStringLiteral("Move flagged files to"));
-    QCOMPARE(shown.prompt, copies ? QStringLiteral("Copy Here") : QStringLiteral("Move Here"));
-    shown.answer(FileURL::directory("/to"));
-    QTRY_COMPARE(m_fixture->transfers.size(), 1);
-    auto &transfer = m_fixture->transfers[0];
-    QCOMPARE(transfer.sources, files);
-    QCOMPARE(transfer.url, FileURL::directory("/to"));
-    QCOMPARE(transfer.kind == FileOperationKind::copy, copies);
-    QCOMPARE(m_state->operationProgress(), 0.0);
-    QCOMPARE(m_state->statusMessage(),
-             copies ? QStringLiteral("Copying\u2026") : QStringLiteral("Moving\u2026"));
-    transfer.answer({.sources = files.first(done), .destinations = {}, .failures = files.last(failed)});
-    QTRY_VERIFY(!m_state->operationProgress());
-    QTEST(m_state->statusMessage().value_or(QString()), "status");
-    QTEST(m_state->errorMessage().value_or(QString()), "error");
-    QCOMPARE(m_state->videos().size(), copies ? 6 : 6 - done);
-    QCOMPARE(m_state->flagCount(), copies ? done + failed : failed);
-}
-
-void AppStateFileActionsTest::forgetsOnlyWhatMoved() {
-    m_state->hideVideo(m_state->videos()[0]);
-    m_state->toggleFlag(m_state->videos()[0]);
-    m_state->toggleFlag(m_state->photos()[2]);
-    m_state->toggleFlag(m_state->photos()[3]);
-    m_state->openFullItem(m_state->photos()[2]);
-    const QList<FileURL> files = urls(m_state->flaggedItems());
-    m_state->moveFlagged();
-    m_fixture->chooser.shown.back().answer(FileURL::directory("/to"));
-    QTRY_COMPARE(m_fixture->transfers.size(), 1);
-    m_fixture->transfers[0].answer(
-        {.sources = files.first(2), .destinations = {}, .failures = files.last(1)});
-    QTRY_VERIFY(!m_state->operationProgress());
-    QCOMPARE(m_state->videos().size(), 5);
-    QCOMPARE(m_state->photos().size(), 5);
-    QCOMPARE(m_state->hiddenVideoCount(), 0);
-    QCOMPARE(m_state->flags(), QSet<QString>{QStringLiteral("/f/p3.jpg")});
-    QVERIFY(m_state->fullItem());
-}
-
-void AppStateFileActionsTest::reportsProgressFromAnotherThread() {
-    flag(4);
-    m_state->trashFlagged();
-    m_fixture->alerts.shown[0].answer(0);
-    QTRY_COMPARE(m_fixture->trashes.size(), 1);
-    const auto progress = m_fixture->trashes[0].progress;
-    for (int done = 1; done <= 4; ++done) {
-        std::thread([&] { progress(done, 4); }).join();
-        QTRY_COMPARE(m_state->operationProgress(), double(done) / 4);
-    }
-    // A thousand reports within one turn of the event loop end at the last.
-    std::thread([&] {
-        for (int done = 1; done <= 1000; ++done) {
-            progress(done, 2000);
+    /// What is flagged: the first videos.
+    QList<FileURL> flag(int count) {
+        for (int i = 0; i < count; ++i) {
+            m_state->toggleFlag(m_state->videos()[i]);
         }
-    }).join();
-    const QSignalSpy updates(m_state, &AppState::operationProgressChanged);
-    QTRY_COMPARE(m_state->operationProgress(), 0.5);
-    QCOMPARE(updates.size(), 1);
-}
+        return urls(m_state->flaggedItems());
+    }
 
-void AppStateFileActionsTest::outlivedByItsBatch() {
-    flag(1);
-    m_state->trashFlagged();
-    m_fixture->alerts.shown[0].answer(0);
-    QTRY_COMPARE(m_fixture->trashes.size(), 1);
-    m_fixture->state.reset();
-    std::thread([trash = std::exchange(m_fixture->trashes, {}).front()]() mutable {
-        trash.progress(1, 1);
-        trash.answer(trash.files);
-    }).join();
-    QTest::qWait(20);
-}
+    bool startsTrash() {
+        m_state->trashFlagged();
+        m_fixture->alerts.shown.back().answer(0);
+        return QTest::qWaitFor([this] { return m_fixture->trashes.size() == 1; });
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_fixture = std::make_unique<AppStateFixture>();
+        m_state = m_fixture->state.get();
+        QVERIFY(m_fixture->show(scanResult("/f", 6, 6)));
+    }
+
+    void asksNothingWithoutFlags() {
+        m_state->trashFlagged();
+        m_state->copyFlagged();
+        m_state->moveFlagged();
+        QVERIFY(m_fixture->alerts.shown.empty());
+        QVERIFY(m_fixture->chooser.shown.empty());
+    }
+
+    void trashes_data() {
+        QTest::addColumn<int>("flagged");
+        QTest::addColumn<int>("trashed");
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("status");
+        const auto row = [](int flagged, int trashed, const char *question, const char *status) {
+            QTest::addRow("%d of %d", trashed, flagged) << flagged << trashed << question << status;
+        };
+        row(1, 1, "Move 1 item to Trash?", "Moved 1 item to Trash");
+        row(5, 4, "Move 5 items to Trash?", "Moved 4 items to Trash");
+        row(2, 0, "Move 2 items to Trash?", "Moved 0 items to Trash");
+    }
+
+    void trashes() {
+        QFETCH(int, flagged);
+        QFETCH(int, trashed);
+        const QList<FileURL> files = flag(flagged);
+        m_state->setPage(1);
+        m_state->trashFlagged();
+        m_state->trashFlagged();
+        QCOMPARE(m_fixture->alerts.shown.size(), 1);
+        auto &shown = m_fixture->alerts.shown[0];
+        QTEST(shown.alert.messageText, "question");
+        QCOMPARE(shown.alert.informativeText, "The files can be recovered from the Trash."_L1);
+        QCOMPARE(shown.alert.buttons, (QStringList{u"Move to Trash"_s, u"Cancel"_s}));
+        QVERIFY(!m_state->operationProgress());
+        shown.answer(0);
+        QTRY_COMPARE(m_fixture->trashes.size(), 1);
+        QCOMPARE(m_state->operationProgress(), 0.0);
+        QCOMPARE(m_fixture->trashes[0].files, files);
+        m_fixture->trashes[0].answer(files.first(trashed));
+        QTRY_VERIFY(!m_state->operationProgress());
+        QTEST(m_state->statusMessage().value_or(QString()), "status");
+        QVERIFY(!m_state->errorMessage());
+        QCOMPARE(m_state->videos().size(), 6 - trashed);
+        QCOMPARE(m_state->flagCount(), flagged - trashed);
+        QCOMPARE(m_state->page(), 0);
+    }
+
+    void cancelledQuestionsChangeNothing() {
+        flag(1);
+        m_state->trashFlagged();
+        m_fixture->alerts.shown[0].answer(1);
+        QTRY_VERIFY((m_state->copyFlagged(), m_fixture->chooser.shown.size() == 1));
+        m_fixture->chooser.shown[0].answer(std::nullopt);
+        QTRY_VERIFY((m_state->moveFlagged(), m_fixture->chooser.shown.size() == 2));
+        // The window went away with the question.
+        m_fixture->chooser.shown[1].promise->future().cancel();
+        m_fixture->chooser.shown[1].promise->finish();
+        QTRY_VERIFY((m_state->trashFlagged(), m_fixture->alerts.shown.size() == 2));
+        QVERIFY(m_fixture->trashes.empty() && m_fixture->transfers.empty());
+        QVERIFY(!m_state->operationProgress());
+        QVERIFY(!m_state->statusMessage());
+    }
+
+    void transfers_data() {
+        QTest::addColumn<bool>("copies");
+        QTest::addColumn<int>("done");
+        QTest::addColumn<int>("failed");
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("copy") << true << 4 << 0 << "Copied 4 items" << QString();
+        QTest::newRow("copy one") << true << 1 << 0 << "Copied 1 item" << QString();
+        QTest::newRow("copies fail") << true << 0 << 2 << "Copied 0 items"
+                                     << "2 files could not be copied.";
+        QTest::newRow("move") << false << 1 << 0 << "Moved 1 item" << QString();
+        QTest::newRow("a move fails") << false << 2 << 1 << "Moved 2 items"
+                                      << "1 file could not be moved.";
+    }
+
+    void transfers() {
+        QFETCH(bool, copies);
+        QFETCH(int, done);
+        QFETCH(int, failed);
+        const QList<FileURL> files = flag(done + failed);
+        copies ? m_state->copyFlagged() : m_state->moveFlagged();
+        auto &shown = m_fixture->chooser.shown.back();
+        QCOMPARE(shown.title, copies ? "Copy flagged files to"_L1 : "Move flagged files to"_L1);
+        QCOMPARE(shown.prompt, copies ? "Copy Here"_L1 : "Move Here"_L1);
+        shown.answer(FileURL::directory("/to"));
+        QTRY_COMPARE(m_fixture->transfers.size(), 1);
+        auto &transfer = m_fixture->transfers[0];
+        QCOMPARE(transfer.sources, files);
+        QCOMPARE(transfer.url, FileURL::directory("/to"));
+        QCOMPARE(transfer.kind == FileOperationKind::copy, copies);
+        QCOMPARE(m_state->operationProgress(), 0.0);
+        QCOMPARE(m_state->statusMessage(), copies ? u"Copying\u2026"_s : u"Moving\u2026"_s);
+        transfer.answer({.sources = files.first(done), .destinations = {}, .failures = files.last(failed)});
+        QTRY_VERIFY(!m_state->operationProgress());
+        QTEST(m_state->statusMessage().value_or(QString()), "status");
+        QTEST(m_state->errorMessage().value_or(QString()), "error");
+        QCOMPARE(m_state->videos().size(), copies ? 6 : 6 - done);
+        QCOMPARE(m_state->flagCount(), copies ? done + failed : failed);
+    }
+
+    void forgetsOnlyWhatMoved() {
+        m_state->hideVideo(m_state->videos()[0]);
+        m_state->setFlagged({u"/f/v0.mp4"_s, u"/f/p2.jpg"_s, u"/f/p3.jpg"_s}, true);
+        m_state->openFullItem(m_state->photos()[2]);
+        const QList<FileURL> files = urls(m_state->flaggedItems());
+        m_state->moveFlagged();
+        m_fixture->chooser.shown.back().answer(FileURL::directory("/to"));
+        QTRY_COMPARE(m_fixture->transfers.size(), 1);
+        m_fixture->transfers[0].answer(
+            {.sources = files.first(2), .destinations = {}, .failures = files.last(1)});
+        QTRY_VERIFY(!m_state->operationProgress());
+        QCOMPARE(m_state->videos().size(), 5);
+        QCOMPARE(m_state->photos().size(), 5);
+        QCOMPARE(m_state->hiddenVideoCount(), 0);
+        QCOMPARE(m_state->flags(), QSet<QString>{u"/f/p3.jpg"_s});
+        QVERIFY(m_state->fullItem());
+    }
+
+    void reportsProgressFromAnotherThread() {
+        flag(4);
+        QVERIFY(startsTrash());
+        const auto progress = m_fixture->trashes[0].progress;
+        for (int done = 1; done <= 4; ++done) {
+            std::thread([&] { progress(done, 4); }).join();
+            QTRY_COMPARE(m_state->operationProgress(), double(done) / 4);
+        }
+        // Thousands of reports at once cost a few updates and end at the last.
+        const QSignalSpy updates(m_state, &AppState::operationProgressChanged);
+        std::thread([&] {
+            for (int done = 1; done <= 10'000; ++done) {
+                progress(done, 20'000);
+            }
+        }).join();
+        QTRY_COMPARE(m_state->operationProgress(), 0.5);
+        QVERIFY(updates.size() <= 2);
+        // None comes after the end, though its update was on its way.
+        std::thread([&] { progress(3, 4); }).join();
+        m_fixture->trashes[0].answer({});
+        QTRY_VERIFY(!m_state->operationProgress());
+        QTest::qWait(50);
+        QVERIFY(!m_state->operationProgress());
+    }
+
+    void outlivedByItsBatch() {
+        flag(1);
+        QVERIFY(startsTrash());
+        m_fixture->state.reset();
+        std::thread([trash = std::exchange(m_fixture->trashes, {}).front()]() mutable {
+            trash.progress(1, 1);
+            trash.answer(trash.files);
+        }).join();
+        QTest::qWait(20);
+    }
+};
 
 QTEST_GUILESS_MAIN(AppStateFileActionsTest)
 #include "AppStateFileActionsTest.moc"
