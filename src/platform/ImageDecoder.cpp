@@ -23,6 +23,7 @@ constexpr std::array signatures{
     Signature{0, QByteArrayView("\x89PNG\r\n\x1A\n", 8), "png"},
     Signature{0, QByteArrayView("GIF8", 4), "gif"},
     Signature{0, QByteArrayView("BM", 2), "bmp"},
+    Signature{0, QByteArrayView("\0\0\1\0", 4), "ico"},
     Signature{0, QByteArrayView("II\x2A\0", 4), "tiff"},
     Signature{0, QByteArrayView("MM\0\x2A", 4), "tiff"},
     Signature{0, QByteArrayView("II\x2B\0", 4), "tiff"},

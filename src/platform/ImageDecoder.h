@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// Decodes photos: JPEG, PNG, TIFF, WebP, BMP and GIF (the first picture of each), HEIC, HEIF and AVIF. What
-/// the file holds decides, not its extension.
+/// Decodes photos: JPEG, PNG, TIFF, WebP, BMP, GIF and ICO (the first picture of each), HEIC, HEIF and AVIF.
+/// What the file holds decides, not its extension.
 ///
 /// All pictures come out upright, in sRGB, as RGB32 or, with alpha, ARGB32_Premultiplied, and never enlarged.
 /// A null image when the file is missing, not a regular file, not a picture, damaged beyond its header, or

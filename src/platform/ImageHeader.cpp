@@ -67,6 +67,14 @@ Size gifSize(HeaderBytes &bytes) {
     return sizeOf(bytes.u16(6, Order::little), bytes.u16(8, Order::little));
 }
 
+Size icoSize(HeaderBytes &bytes) {
+    const auto side = [&](qint64 at) -> std::optional<quint64> {
+        const auto told = bytes.u8(at);
+        return told == 0 ? 256 : std::optional<quint64>(told);
+    };
+    return sizeOf(side(6), side(7));
+}
+
 Size bmpSize(HeaderBytes &bytes) {
     const auto headerLength = bytes.u32(14, Order::little);
     if (headerLength == 12U) {
@@ -185,6 +193,9 @@ std::optional<QSize> ImageHeader::pixelSize(const FileURL &url) {
     }
     if (isTiff(bytes)) {
         return tiffSize(bytes);
+    }
+    if (bytes.matches(0, "\0\0\1\0", 4)) {
+        return icoSize(bytes);
     }
     return bytes.matches(0, "BM", 2) ? bmpSize(bytes) : std::nullopt;
 }

@@ -1,6 +1,8 @@
 #include "ImageSource.h"
 
 #include "AreaReducer.h"
+#include "ExifChunk.h"
+#include "ExifOrientation.h"
 #include "RegularFileDevice.h"
 
 #include <QColorSpace>
@@ -51,7 +53,9 @@ QImage readWithQt(const RegularFile &file, const QByteArray &format, const Targe
     if (bytesNeeded(scalesWhileDecoding ? target : size, reader.imageFormat()) > ImageDecoder::memoryLimit) {
         return {};
     }
-    const QImageIOHandler::Transformations transformation = reader.transformation();
+    const QByteArray exif = ExifChunk::tiff(file, format);
+    const auto transformation =
+        exif.isEmpty() ? reader.transformation() : ExifOrientation::transformation(exif);
     if (scalesWhileDecoding && target != size) {
         reader.setScaledSize(target);
     }

@@ -176,8 +176,7 @@ bool isComplete(const AVFormatContext *context, const AVStream *stream) {
 
 /// The turn that brings the picture upright, snapped to quarters.
 QTransform uprightTransform(const AVStream *stream, const AVFrame *frame) {
-    const auto *matrix = reinterpret_cast<const int32_t *>(
-        av_stream_get_side_data(stream, AV_PKT_DATA_DISPLAYMATRIX, nullptr));
+    const int32_t *matrix = VideoContainer::displayMatrix(stream);
     if (matrix == nullptr) {
         const AVFrameSideData *data = av_frame_get_side_data(frame, AV_FRAME_DATA_DISPLAYMATRIX);
         matrix = data != nullptr ? reinterpret_cast<const int32_t *>(data->data) : nullptr;
