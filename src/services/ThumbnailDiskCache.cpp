@@ -54,11 +54,12 @@ bool writeAll(const FileDescriptor &file, const QByteArray &bytes) {
 /// With its parents; what is there already stays as it is.
 void makeDirectory(const FileURL &url) {
     const char *path = url.nativePath().constData();
-    if (::mkdir(path, 0700) != 0 && errno == ENOENT && url.nativePath().size() > 1) {
+    bool made = ::mkdir(path, 0700) == 0;
+    if (!made && errno == ENOENT && url.nativePath().size() > 1) {
         makeDirectory(url.deletingLastPathComponent());
-        if (::mkdir(path, 0700) != 0) {
-            return;
-        }
+        made = ::mkdir(path, 0700) == 0;
+    }
+    if (made) {
         // The umask may have taken from the owner what it takes to go on.
         ::chmod(path, 0700);
     }
