@@ -11,64 +11,60 @@ class JustifiedGridLayoutTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void places_data();
-    void places();
-    void fits_data();
-    void fits();
-};
+    void places_data() {
+        QTest::addColumn<double>("width");
+        QTest::addColumn<Ratios>("ratios");
+        QTest::addColumn<Frames>("frames");
 
-void JustifiedGridLayoutTest::places_data() {
-    QTest::addColumn<double>("width");
-    QTest::addColumn<Ratios>("ratios");
-    QTest::addColumn<Frames>("frames");
-
-    QTest::newRow("no cells") << 1000.0 << Ratios{} << Frames{};
-    QTest::newRow("no width") << 0.0 << Ratios{1} << Frames{};
-    QTest::newRow("unfilled row is centred") << 1000.0 << Ratios{1} << Frames{{377.5, 0, 245, 245}};
-    const double h = 994.0 / 7;
-    QTest::newRow("full row spans the width")
-        << 1000.0 << Ratios{5, 5} << Frames{{0, 0, 3.5 * h, h}, {3.5 * h + 6, 0, 3.5 * h, h}};
-    QTest::newRow("rows below each other")
-        << 490.0 << Ratios{2, 1} << Frames{{0, 0, 490, 245}, {122.5, 251, 245, 245}};
-    // 20 / 0.35 = 57 points is raised to 125; 60 / 0.35 = 171 points is not.
-    QTest::newRow("raised row overruns on the right") << 20.0 << Ratios{0.1} << Frames{{0, 0, 43.75, 125}};
-    QTest::newRow("ratio clamped in the cell") << 60.0 << Ratios{0.1} << Frames{{0, 0, 60, 60 / 0.35}};
-}
-
-void JustifiedGridLayoutTest::places() {
-    QFETCH(double, width);
-    QFETCH(Ratios, ratios);
-    QFETCH(Frames, frames);
-    const JustifiedGridLayout layout{.spacing = 6, .targetHeight = 245};
-    const Frames placed = layout.frames(ratios, width);
-    QCOMPARE(placed.size(), frames.size());
-    for (size_t i = 0; i < placed.size(); ++i) {
-        QVERIFY(std::abs(placed[i].x() - frames[i].x()) < 1e-9);
-        QVERIFY(std::abs(placed[i].y() - frames[i].y()) < 1e-9);
-        QVERIFY(std::abs(placed[i].width() - frames[i].width()) < 1e-9);
-        QVERIFY(std::abs(placed[i].height() - frames[i].height()) < 1e-9);
+        QTest::newRow("no cells") << 1000.0 << Ratios{} << Frames{};
+        QTest::newRow("no width") << 0.0 << Ratios{1} << Frames{};
+        QTest::newRow("unfilled row is centred") << 1000.0 << Ratios{1} << Frames{{377.5, 0, 245, 245}};
+        const double h = 994.0 / 7;
+        QTest::newRow("full row spans the width")
+            << 1000.0 << Ratios{5, 5} << Frames{{0, 0, 3.5 * h, h}, {3.5 * h + 6, 0, 3.5 * h, h}};
+        QTest::newRow("rows below each other")
+            << 490.0 << Ratios{2, 1} << Frames{{0, 0, 490, 245}, {122.5, 251, 245, 245}};
+        // 20 / 0.35 = 57 points is raised to 125; 60 / 0.35 = 171 points is not.
+        QTest::newRow("raised row overruns on the right")
+            << 20.0 << Ratios{0.1} << Frames{{0, 0, 43.75, 125}};
+        QTest::newRow("ratio clamped in the cell") << 60.0 << Ratios{0.1} << Frames{{0, 0, 60, 60 / 0.35}};
     }
-}
 
-void JustifiedGridLayoutTest::fits_data() {
-    QTest::addColumn<std::optional<double>>("width");
-    QTest::addColumn<Ratios>("ratios");
-    QTest::addColumn<QSizeF>("size");
+    void places() {
+        QFETCH(double, width);
+        QFETCH(Ratios, ratios);
+        QFETCH(Frames, frames);
+        const JustifiedGridLayout layout{.spacing = 6, .targetHeight = 245};
+        const Frames placed = layout.frames(ratios, width);
+        QCOMPARE(placed.size(), frames.size());
+        for (size_t i = 0; i < placed.size(); ++i) {
+            QVERIFY(std::abs(placed[i].x() - frames[i].x()) < 1e-9);
+            QVERIFY(std::abs(placed[i].y() - frames[i].y()) < 1e-9);
+            QVERIFY(std::abs(placed[i].width() - frames[i].width()) < 1e-9);
+            QVERIFY(std::abs(placed[i].height() - frames[i].height()) < 1e-9);
+        }
+    }
 
-    using Width = std::optional<double>;
-    QTest::newRow("no cells") << Width(640) << Ratios{} << QSizeF(640, 0);
-    QTest::newRow("negative width") << Width(-3) << Ratios{1} << QSizeF(-3, 0);
-    QTest::newRow("open width") << Width() << Ratios{1, 1} << QSizeF(1000, 245);
-    QTest::newRow("no spacing below the last row") << Width(490) << Ratios{2, 1} << QSizeF(490, 496);
-}
+    void fits_data() {
+        QTest::addColumn<std::optional<double>>("width");
+        QTest::addColumn<Ratios>("ratios");
+        QTest::addColumn<QSizeF>("size");
 
-void JustifiedGridLayoutTest::fits() {
-    QFETCH(std::optional<double>, width);
-    QFETCH(Ratios, ratios);
-    QFETCH(QSizeF, size);
-    const JustifiedGridLayout layout{.spacing = 6, .targetHeight = 245};
-    QCOMPARE(layout.sizeThatFits(width, ratios), size);
-}
+        using Width = std::optional<double>;
+        QTest::newRow("no cells") << Width(640) << Ratios{} << QSizeF(640, 0);
+        QTest::newRow("negative width") << Width(-3) << Ratios{1} << QSizeF(-3, 0);
+        QTest::newRow("open width") << Width() << Ratios{1, 1} << QSizeF(1000, 245);
+        QTest::newRow("no spacing below the last row") << Width(490) << Ratios{2, 1} << QSizeF(490, 496);
+    }
+
+    void fits() {
+        QFETCH(std::optional<double>, width);
+        QFETCH(Ratios, ratios);
+        QFETCH(QSizeF, size);
+        const JustifiedGridLayout layout{.spacing = 6, .targetHeight = 245};
+        QCOMPARE(layout.sizeThatFits(width, ratios), size);
+    }
+};
 
 QTEST_GUILESS_MAIN(JustifiedGridLayoutTest)
 #include "JustifiedGridLayoutTest.moc"

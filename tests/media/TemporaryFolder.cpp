@@ -8,7 +8,7 @@
 #include <string>
 
 TemporaryFolder::TemporaryFolder() {
-    std::string path = QDir::tempPath().toStdString() + "/mosa-test-XXXXXX";
+    std::string path = std::filesystem::canonical(QDir::tempPath().toStdString()) / "mosa-test-XXXXXX";
     if (mkdtemp(path.data()) != nullptr) {
         m_url = FileURL::directory(QByteArray::fromStdString(path));
     }

@@ -12,7 +12,9 @@ public:
     ~TemporaryFolder();
 
     bool isValid() const { return !m_url.isEmpty(); }
+    /// Free of links.
     const FileURL &url() const { return m_url; }
+    const QByteArray &path() const { return m_url.nativePath(); }
     /// What lies at the relative path.
     FileURL at(const QByteArray &path) const { return m_url.appending(path); }
     /// Makes the folder at the relative path, and those above it. False on failure.

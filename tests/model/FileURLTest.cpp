@@ -4,6 +4,8 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 class FileURLTest : public QObject {
     Q_OBJECT
 
@@ -12,34 +14,30 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("text");
         const auto escaped = [](uchar byte) { return QString(QChar(char16_t(0xDC00 + byte))); };
-        QTest::newRow("ascii") << QByteArray("/a/b c.jpg") << QStringLiteral("/a/b c.jpg");
+        QTest::newRow("ascii") << "/a/b c.jpg"_ba << u"/a/b c.jpg"_s;
         QTest::newRow("empty") << QByteArray() << QString();
-        QTest::newRow("two, three, four bytes")
-            << QByteArray("/\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8C\x85") << QStringLiteral("/ä€🌅");
-        QTest::newRow("latin-1") << QByteArray("/caf\xE9") << QStringLiteral("/caf") + escaped(0xE9);
-        QTest::newRow("cut sequence")
-            << QByteArray("/\xE2\x82") << QStringLiteral("/") + escaped(0xE2) + escaped(0x82);
-        QTest::newRow("overlong slash") << QByteArray("\xC0\xAF") << escaped(0xC0) + escaped(0xAF);
-        QTest::newRow("overlong three")
-            << QByteArray("\xE0\x80\xAF") << escaped(0xE0) + escaped(0x80) + escaped(0xAF);
-        QTest::newRow("overlong four") << QByteArray("\xF0\x80\x80\xAF")
-                                       << escaped(0xF0) + escaped(0x80) + escaped(0x80) + escaped(0xAF);
+        QTest::newRow("two, three, four bytes") << "/\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8C\x85"_ba << u"/ä€🌅"_s;
+        QTest::newRow("latin-1") << "/caf\xE9"_ba << u"/caf"_s + escaped(0xE9);
+        QTest::newRow("cut sequence") << "/\xE2\x82"_ba << u"/"_s + escaped(0xE2) + escaped(0x82);
+        QTest::newRow("overlong slash") << "\xC0\xAF"_ba << escaped(0xC0) + escaped(0xAF);
+        QTest::newRow("overlong three") << "\xE0\x80\xAF"_ba << escaped(0xE0) + escaped(0x80) + escaped(0xAF);
+        QTest::newRow("overlong four")
+            << "\xF0\x80\x80\xAF"_ba << escaped(0xF0) + escaped(0x80) + escaped(0x80) + escaped(0xAF);
         // The UTF-8 form of a surrogate, alone and as a pair, is not UTF-8.
-        QTest::newRow("surrogate") << QByteArray("\xED\xB3\xA9")
-                                   << escaped(0xED) + escaped(0xB3) + escaped(0xA9);
-        QTest::newRow("CESU-8") << QByteArray("\xED\xA0\xBC\xED\xBC\x85")
+        QTest::newRow("surrogate") << "\xED\xB3\xA9"_ba << escaped(0xED) + escaped(0xB3) + escaped(0xA9);
+        QTest::newRow("CESU-8") << "\xED\xA0\xBC\xED\xBC\x85"_ba
                                 << escaped(0xED) + escaped(0xA0) + escaped(0xBC) + escaped(0xED) +
                                        escaped(0xBC) + escaped(0x85);
-        QTest::newRow("beyond Unicode") << QByteArray("\xF4\x90\x80\x80")
-                                        << escaped(0xF4) + escaped(0x90) + escaped(0x80) + escaped(0x80);
-        QTest::newRow("last character") << QByteArray("\xF4\x8F\xBF\xBF") << QStringLiteral("\U0010FFFF");
-        QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBFx") << QString(QChar(0xFEFF)) + u'x';
+        QTest::newRow("beyond Unicode")
+            << "\xF4\x90\x80\x80"_ba << escaped(0xF4) + escaped(0x90) + escaped(0x80) + escaped(0x80);
+        QTest::newRow("last character") << "\xF4\x8F\xBF\xBF"_ba << u"\U0010FFFF"_s;
+        QTest::newRow("byte order mark") << "\xEF\xBB\xBFx"_ba << QString(QChar(0xFEFF)) + u'x';
         QTest::newRow("byte order mark after a stray byte")
-            << QByteArray("/\xFF\xEF\xBB\xBFx") << QStringLiteral("/") + escaped(0xFF) + QChar(0xFEFF) + u'x';
+            << "/\xFF\xEF\xBB\xBFx"_ba << u"/"_s + escaped(0xFF) + QChar(0xFEFF) + u'x';
         // Its low surrogate lies in the range of the escapes.
         QTest::newRow("low surrogate like an escape")
-            << QByteArray("\xF0\x90\x82\x80\x80") << QStringLiteral("\U00010080") + escaped(0x80);
-        QTest::newRow("control") << QByteArray("/a\nb\x7F\x01") << QStringLiteral("/a\nb\x7F\x01");
+            << "\xF0\x90\x82\x80\x80"_ba << u"\U00010080"_s + escaped(0x80);
+        QTest::newRow("control") << "/a\nb\x7F\x01"_ba << u"/a\nb\x7F\x01"_s;
     }
 
     void mapping() {
@@ -67,17 +65,20 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QString>("extension");
         QTest::addColumn<QByteArray>("parent");
-        QTest::newRow("file") << QByteArray("/a/b.JPG") << QByteArray("b.JPG") << QStringLiteral("JPG")
-                              << QByteArray("/a");
-        QTest::newRow("folder") << QByteArray("/a/b/") << QByteArray("b") << QString() << QByteArray("/a");
-        QTest::newRow("two dots") << QByteArray("/a.b/c.tar.gz") << QByteArray("c.tar.gz")
-                                  << QStringLiteral("gz") << QByteArray("/a.b");
-        QTest::newRow("hidden") << QByteArray("/.jpg") << QByteArray(".jpg") << QString() << QByteArray("/");
-        QTest::newRow("hidden with extension")
-            << QByteArray("/.a.jpg") << QByteArray(".a.jpg") << QStringLiteral("jpg") << QByteArray("/");
-        QTest::newRow("dot at end") << QByteArray("/a/b.") << QByteArray("b.") << QString()
-                                    << QByteArray("/a");
-        QTest::newRow("root") << QByteArray("/") << QByteArray("/") << QString() << QByteArray("/");
+        QTest::newRow("file") << "/a/b.JPG"_ba
+                              << "b.JPG"_ba << u"JPG"_s << "/a"_ba;
+        QTest::newRow("folder") << "/a/b/"_ba
+                                << "b"_ba << QString() << "/a"_ba;
+        QTest::newRow("two dots") << "/a.b/c.tar.gz"_ba
+                                  << "c.tar.gz"_ba << u"gz"_s << "/a.b"_ba;
+        QTest::newRow("hidden") << "/.jpg"_ba
+                                << ".jpg"_ba << QString() << "/"_ba;
+        QTest::newRow("hidden with extension") << "/.a.jpg"_ba
+                                               << ".a.jpg"_ba << u"jpg"_s << "/"_ba;
+        QTest::newRow("dot at end") << "/a/b."_ba
+                                    << "b."_ba << QString() << "/a"_ba;
+        QTest::newRow("root") << "/"_ba
+                              << "/"_ba << QString() << "/"_ba;
         QTest::newRow("empty") << QByteArray() << QByteArray() << QString() << QByteArray();
     }
 
@@ -144,8 +145,8 @@ private Q_SLOTS:
         QCOMPARE(folder, FileURL::fromNativePath("/a/b"));
         QCOMPARE(qHash(folder), qHash(FileURL::fromNativePath("/a/b//")));
         QVERIFY(folder.hasDirectoryPath());
-        QCOMPARE(folder.appending("c.jpg").nativePath(), QByteArray("/a/b/c.jpg"));
-        QCOMPARE(FileURL::directory("/").appending("c").nativePath(), QByteArray("/c"));
+        QCOMPARE(folder.appending("c.jpg").nativePath(), "/a/b/c.jpg"_ba);
+        QCOMPARE(FileURL::directory("/").appending("c").nativePath(), "/c"_ba);
         QCOMPARE(FileURL::fromPath(folder.path()), folder);
     }
 };

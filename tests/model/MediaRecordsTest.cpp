@@ -5,6 +5,8 @@
 #include <QSet>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class MediaRecordsTest : public QObject {
     Q_OBJECT
 
@@ -20,8 +22,8 @@ private Q_SLOTS:
         for (const MediaKind kind : {MediaKind::video, MediaKind::photo}) {
             QCOMPARE(mediaKindFromRawValue(rawValue(kind)), std::optional(kind));
         }
-        QCOMPARE(rawValue(MediaKind::video), QStringLiteral("video"));
-        QCOMPARE(rawValue(MediaKind::photo), QStringLiteral("photo"));
+        QCOMPARE(rawValue(MediaKind::video), u"video"_s);
+        QCOMPARE(rawValue(MediaKind::photo), u"photo"_s);
         for (const char *other : {"Video", "photo ", "", "videos"}) {
             QVERIFY(!mediaKindFromRawValue(QString::fromLatin1(other)));
         }
@@ -53,10 +55,8 @@ private Q_SLOTS:
     }
 
     void cards() {
-        const FolderCard card{.url = FileURL::directory("/a"),
-                              .name = QStringLiteral("a"),
-                              .itemCount = 2,
-                              .representative = sample()};
+        const FolderCard card{
+            .url = FileURL::directory("/a"), .name = u"a"_s, .itemCount = 2, .representative = sample()};
         FolderCard without = card;
         without.representative.reset();
         FolderCard another = card;
@@ -64,7 +64,7 @@ private Q_SLOTS:
         QVERIFY(card != without && card != another && without != another);
         const QSet<FolderCard> set{card, without, another, card};
         QCOMPARE(set.size(), 3);
-        QCOMPARE(card.id(), QStringLiteral("/a"));
+        QCOMPARE(card.id(), u"/a"_s);
     }
 };
 

@@ -6,30 +6,32 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// In order; every pair of neighbours is strictly so.
 QStringList ordered() {
-    return {QStringLiteral("_list"),
-            QStringLiteral("1.jpg"),
-            QStringLiteral("02.jpg"),
-            QStringLiteral("3 a.jpg"),
-            QStringLiteral("10.jpg"),
-            QStringLiteral("100.jpg"),
-            QStringLiteral("99999999999999999999999.jpg"),
-            QStringLiteral("Äpfel"),
-            QStringLiteral("B.jpg"),
-            QStringLiteral("c.jpg"),
-            QStringLiteral("clip 2.mp4"),
-            QStringLiteral("Clip 10.mp4"),
-            QStringLiteral("IMG 1"),
-            QStringLiteral("img 2"),
-            QStringLiteral("ırmak"),
-            QStringLiteral("oben"),
-            QStringLiteral("Öl"),
-            QStringLiteral("z"),
-            QStringLiteral("写真 2"),
-            QStringLiteral("写真 10")};
+    return {u"_list"_s,
+            u"1.jpg"_s,
+            u"02.jpg"_s,
+            u"3 a.jpg"_s,
+            u"10.jpg"_s,
+            u"100.jpg"_s,
+            u"99999999999999999999999.jpg"_s,
+            u"Äpfel"_s,
+            u"B.jpg"_s,
+            u"c.jpg"_s,
+            u"clip 2.mp4"_s,
+            u"Clip 10.mp4"_s,
+            u"IMG 1"_s,
+            u"img 2"_s,
+            u"ırmak"_s,
+            u"oben"_s,
+            u"Öl"_s,
+            u"z"_s,
+            u"写真 2"_s,
+            u"写真 10"_s};
 }
 
 } // namespace
@@ -49,10 +51,10 @@ private Q_SLOTS:
     void equalNames_data() {
         QTest::addColumn<QString>("a");
         QTest::addColumn<QString>("b");
-        QTest::newRow("case") << QStringLiteral("Photo.JPG") << QStringLiteral("photo.jpg");
-        QTest::newRow("dotted I") << QStringLiteral("IMG.GIF") << QStringLiteral("img.gif");
-        QTest::newRow("leading zeros") << QStringLiteral("a 007") << QStringLiteral("a 7");
-        QTest::newRow("composition") << QString(QChar(0xE9)) << QStringLiteral("e") + QChar(0x301);
+        QTest::newRow("case") << u"Photo.JPG"_s << u"photo.jpg"_s;
+        QTest::newRow("dotted I") << u"IMG.GIF"_s << u"img.gif"_s;
+        QTest::newRow("leading zeros") << u"a 007"_s << u"a 7"_s;
+        QTest::newRow("composition") << QString(QChar(0xE9)) << u"e"_s + QChar(0x301);
         QTest::newRow("empty") << QString() << QString(QLatin1String(""));
     }
 
@@ -65,9 +67,9 @@ private Q_SLOTS:
 
     void oddNames() {
         const Collation collation;
-        const QString lone = QStringLiteral("caf") + QChar(0xDCE9);
-        QVERIFY(collation.sortKey(lone) != collation.sortKey(QStringLiteral("caf")));
-        QCOMPARE(collation.sortKey(lone), collation.sortKey(QStringLiteral("CAF") + QChar(0xDCE9)));
+        const QString lone = u"caf"_s + QChar(0xDCE9);
+        QVERIFY(collation.sortKey(lone) != collation.sortKey(u"caf"_s));
+        QCOMPARE(collation.sortKey(lone), collation.sortKey(u"CAF"_s + QChar(0xDCE9)));
         const QString longName(5000, u'x');
         QVERIFY(collation.sortKey(longName) < collation.sortKey(longName + u'y'));
         QVERIFY(collation.sortKey(longName) > collation.sortKey(longName.chopped(1)));
@@ -89,8 +91,7 @@ private Q_SLOTS:
             environment.insert(QString::fromLatin1(name), language);
         }
         process.setProcessEnvironment(environment);
-        process.start(QCoreApplication::applicationFilePath(),
-                      {QStringLiteral("order"), QStringLiteral("equalNames"), QStringLiteral("oddNames")});
+        process.start(QCoreApplication::applicationFilePath(), {u"order"_s, u"equalNames"_s, u"oddNames"_s});
         QVERIFY(process.waitForFinished(60'000));
         QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
                  process.readAllStandardOutput().constData());

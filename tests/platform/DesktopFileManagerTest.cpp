@@ -10,6 +10,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int limit = 30000;
@@ -21,9 +23,8 @@ class StandInFileManager : public QObject, protected QDBusContext {
 
 public:
     explicit StandInFileManager(QDBusConnection bus) {
-        bus.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), this,
-                           QDBusConnection::ExportAllSlots);
-        bus.registerService(QStringLiteral("org.freedesktop.FileManager1"));
+        bus.registerObject(u"/org/freedesktop/FileManager1"_s, this, QDBusConnection::ExportAllSlots);
+        bus.registerService(u"org.freedesktop.FileManager1"_s);
     }
     bool refuses = false;
     QStringList shown;
@@ -31,7 +32,7 @@ public:
 public Q_SLOTS:
     void ShowItems(const QStringList &uris, const QString &) {
         if (refuses) {
-            sendErrorReply(QDBusError::Failed, QStringLiteral("no"));
+            sendErrorReply(QDBusError::Failed, u"no"_s);
         } else {
             shown = uris;
         }
@@ -45,19 +46,18 @@ class StandInOpener : public QObject {
 
 public:
     explicit StandInOpener(QDBusConnection bus) {
-        bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
-                           QDBusConnection::ExportAllSlots);
-        bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this, QDBusConnection::ExportAllSlots);
+        bus.registerService(u"org.freedesktop.portal.Desktop"_s);
     }
     QStringList opened;
 
 public Q_SLOTS:
     void OpenURI(const QString &, const QString &uri, const QVariantMap &) { opened.append(uri); }
     void OpenFile(const QString &, const QDBusUnixFileDescriptor &file, const QVariantMap &) {
-        opened.append(QStringLiteral("file %1").arg(identity(file)));
+        opened.append(u"file %1"_s.arg(identity(file)));
     }
     void OpenDirectory(const QString &, const QDBusUnixFileDescriptor &file, const QVariantMap &) {
-        opened.append(QStringLiteral("directory %1").arg(identity(file)));
+        opened.append(u"directory %1"_s.arg(identity(file)));
     }
 
 private:
@@ -89,8 +89,8 @@ private Q_SLOTS:
         QTest::addColumn<bool>("refuses");
         QTest::addColumn<QStringList>("shown");
         QTest::addColumn<QStringList>("opened");
-        const QStringList item{QStringLiteral("file:///a%20b/c%FF.jpg")};
-        const QStringList folder{QStringLiteral("file:///a%20b")};
+        const QStringList item{u"file:///a%20b/c%FF.jpg"_s};
+        const QStringList folder{u"file:///a%20b"_s};
         QTest::newRow("file manager") << true << false << item << QStringList();
         QTest::newRow("refusing one") << true << true << QStringList() << folder;
         QTest::newRow("none") << false << false << QStringList() << folder;
@@ -119,14 +119,12 @@ private Q_SLOTS:
     void opensThroughOpener() {
         QStringList opened;
         DesktopFileManager manager(
-            QDBusConnection(QStringLiteral("nothing")), [&](const QString &uri) { opened.append(uri); },
-            true);
+            QDBusConnection(u"nothing"_s), [&](const QString &uri) { opened.append(uri); }, true);
         manager.openInDefaultApp(FileURL::fromNativePath("/a#b?.mp4"));
-        manager.openUrl(QUrl(QStringLiteral("mailto:a@b.c?subject=Mosa%20Feedback")));
+        manager.openUrl(QUrl(u"mailto:a@b.c?subject=Mosa%20Feedback"_s));
         manager.showInFileManager(FileURL::fromNativePath("/x/y"));
-        QCOMPARE(opened, QStringList({QStringLiteral("file:///a%23b%3F.mp4"),
-                                      QStringLiteral("mailto:a@b.c?subject=Mosa%20Feedback"),
-                                      QStringLiteral("file:///x")}));
+        QCOMPARE(opened, QStringList({u"file:///a%23b%3F.mp4"_s, u"mailto:a@b.c?subject=Mosa%20Feedback"_s,
+                                      u"file:///x"_s}));
     }
 
     void opensThroughPortal() {
@@ -142,13 +140,12 @@ private Q_SLOTS:
         DesktopFileManager manager(
             bus.connect(), [](const QString &) { QFAIL("opened outside the sandbox"); }, true);
         manager.openInDefaultApp(FileURL::fromNativePath(file));
-        QTRY_COMPARE_WITH_TIMEOUT(portal.opened, QStringList(QStringLiteral("file %1").arg(inode(file))),
-                                  limit);
+        QTRY_COMPARE_WITH_TIMEOUT(portal.opened, QStringList(u"file %1"_s.arg(inode(file))), limit);
         manager.openInDefaultApp(FileURL::fromNativePath(folder));
         QTRY_COMPARE_WITH_TIMEOUT(portal.opened.size(), 2, limit);
-        QCOMPARE(portal.opened[1], QStringLiteral("directory %1").arg(inode(folder)));
-        manager.openUrl(QUrl(QStringLiteral("https://a.b/c")));
-        QTRY_COMPARE_WITH_TIMEOUT(portal.opened.value(2), QStringLiteral("https://a.b/c"), limit);
+        QCOMPARE(portal.opened[1], u"directory %1"_s.arg(inode(folder)));
+        manager.openUrl(QUrl(u"https://a.b/c"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(portal.opened.value(2), u"https://a.b/c"_s, limit);
     }
 };
 

@@ -6,6 +6,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using Phase = PackageKitUpdater::Phase;
 
 namespace {
@@ -26,7 +28,7 @@ private Q_SLOTS:
 
     void staysUnableWithoutService() {
         PrivateBus bus;
-        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        PackageKitUpdater updater(bus.connect(), u"mosa"_s);
         // The updater asked first, so its answer is in before this one's.
         QVERIFY(bus.connect().interface()->registeredServiceNames().isValid());
         QTest::qWait(200);
@@ -36,7 +38,7 @@ private Q_SLOTS:
     }
 
     void staysUnableWithoutBus() {
-        PackageKitUpdater updater(QDBusConnection(QStringLiteral("nothing")), QStringLiteral("mosa"));
+        PackageKitUpdater updater(QDBusConnection(u"nothing"_s), u"mosa"_s);
         QVERIFY(!updater.canCheckForUpdates());
     }
 
@@ -45,12 +47,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("failing");
         QTest::addColumn<Phase>("phase");
         QTest::addColumn<QString>("text");
-        const QString ours = QStringLiteral("mosa;0.2.0;amd64;stable");
-        const QString other = QStringLiteral("mosaic;9.9;amd64;stable");
+        const QString ours = u"mosa;0.2.0;amd64;stable"_s;
+        const QString other = u"mosaic;9.9;amd64;stable"_s;
         QTest::newRow("nothing") << QStringList() << "" << Phase::UpToDate << "";
         QTest::newRow("only other packages") << QStringList{other} << "" << Phase::UpToDate << "";
         QTest::newRow("a newer version") << QStringList{other, ours} << "" << Phase::Available << "0.2.0";
-        QTest::newRow("malformed id") << QStringList{QStringLiteral("mosa")} << "" << Phase::UpToDate << "";
+        QTest::newRow("malformed id") << QStringList{u"mosa"_s} << "" << Phase::UpToDate << "";
         QTest::newRow("no network") << QStringList{ours} << "RefreshCache" << Phase::CheckFailed
                                     << "No network";
         QTest::newRow("broken list") << QStringList{ours} << "GetUpdates" << Phase::CheckFailed
@@ -63,8 +65,8 @@ private Q_SLOTS:
         QFETCH(QString, text);
         PrivateBus bus;
         StandInPackageKit service(bus.connect());
-        service.script = {updates, failing, QStringLiteral("No network"), {}};
-        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        service.script = {updates, failing, u"No network"_s, {}};
+        PackageKitUpdater updater(bus.connect(), u"mosa"_s);
         QVERIFY(!updater.canCheckForUpdates());
         QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
 
@@ -82,16 +84,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("failing");
         QTest::addColumn<Phase>("phase");
         QTest::newRow("allowed") << QString() << Phase::Installed;
-        QTest::newRow("refused") << QStringLiteral("UpdatePackages") << Phase::InstallFailed;
+        QTest::newRow("refused") << u"UpdatePackages"_s << Phase::InstallFailed;
     }
 
     void installsWhatItFound() {
         QFETCH(QString, failing);
         PrivateBus bus;
         StandInPackageKit service(bus.connect());
-        const QString id = QStringLiteral("mosa;0.2.0;amd64;stable");
-        service.script = {{id}, failing, QStringLiteral("Not authorised"), {}};
-        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        const QString id = u"mosa;0.2.0;amd64;stable"_s;
+        service.script = {{id}, failing, u"Not authorised"_s, {}};
+        PackageKitUpdater updater(bus.connect(), u"mosa"_s);
         updater.install();
         QCOMPARE(updater.phase(), Phase::Idle);
         QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
@@ -101,8 +103,7 @@ private Q_SLOTS:
         QVERIFY(!updater.canCheckForUpdates());
         QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
         QTEST(updater.phase(), "phase");
-        QCOMPARE(service.calls, QStringList({QStringLiteral("RefreshCache"), QStringLiteral("GetUpdates"), id,
-                                             QStringLiteral("UpdatePackages")}));
+        QCOMPARE(service.calls, QStringList({u"RefreshCache"_s, u"GetUpdates"_s, id, u"UpdatePackages"_s}));
         updater.dismiss();
         QCOMPARE(updater.phase(), Phase::Idle);
     }
@@ -110,11 +111,11 @@ private Q_SLOTS:
     void failsWhenServiceDies() {
         PrivateBus bus;
         StandInPackageKit service(bus.connect());
-        service.script.hanging = QStringLiteral("GetUpdates");
-        PackageKitUpdater updater(bus.connect(), QStringLiteral("mosa"));
+        service.script.hanging = u"GetUpdates"_s;
+        PackageKitUpdater updater(bus.connect(), u"mosa"_s);
         QTRY_VERIFY_WITH_TIMEOUT(updater.canCheckForUpdates(), limit);
         updater.checkForUpdates();
-        QTRY_VERIFY_WITH_TIMEOUT(service.calls.contains(QStringLiteral("GetUpdates")), limit);
+        QTRY_VERIFY_WITH_TIMEOUT(service.calls.contains(u"GetUpdates"_s), limit);
         updater.dismiss();
         QCOMPARE(updater.phase(), Phase::Checking);
         service.die();

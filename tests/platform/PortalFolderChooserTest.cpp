@@ -8,6 +8,8 @@
 #include <QDBusVariant>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int limit = 30000;
@@ -21,15 +23,15 @@ class StandInPortal : public QObject, protected QDBusContext {
 
 public:
     explicit StandInPortal(QDBusConnection bus) : m_bus(std::move(bus)) {
-        m_bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
+        m_bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this,
                              QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
-        m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        m_bus.registerService(u"org.freedesktop.portal.Desktop"_s);
     }
 
     void respond(uint code, const QStringList &uris) {
-        QDBusMessage response = QDBusMessage::createSignal(
-            m_request, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
-        response << code << QVariantMap{{QStringLiteral("uris"), uris}};
+        QDBusMessage response =
+            QDBusMessage::createSignal(m_request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+        response << code << QVariantMap{{u"uris"_s, uris}};
         m_bus.send(response);
     }
 
@@ -42,15 +44,14 @@ public:
 public Q_SLOTS:
     QDBusObjectPath OpenFile(const QString &, const QString &givenTitle, const QVariantMap &givenOptions) {
         if (refuses) {
-            sendErrorReply(QDBusError::Failed, QStringLiteral("no dialog"));
+            sendErrorReply(QDBusError::Failed, u"no dialog"_s);
             return {};
         }
         title = givenTitle;
         options = givenOptions;
         const QString sender = message().service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
-        const QString token = ownRequestPath ? QStringLiteral("other")
-                                             : options.value(QStringLiteral("handle_token")).toString();
-        m_request = QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
+        const QString token = ownRequestPath ? u"other"_s : options.value(u"handle_token"_s).toString();
+        m_request = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
         return QDBusObjectPath(m_request);
     }
 
@@ -89,13 +90,12 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("uris");
         QTest::addColumn<bool>("ownPath");
         QTest::addColumn<QByteArray>("folder");
-        const QStringList uris{QStringLiteral("file:///home/a%20b/%FFx")};
-        QTest::newRow("chosen") << 0U << uris << false << QByteArray("/home/a b/\xFFx");
-        QTest::newRow("at another request path") << 0U << uris << true << QByteArray("/home/a b/\xFFx");
+        const QStringList uris{u"file:///home/a%20b/%FFx"_s};
+        QTest::newRow("chosen") << 0U << uris << false << "/home/a b/\xFFx"_ba;
+        QTest::newRow("at another request path") << 0U << uris << true << "/home/a b/\xFFx"_ba;
         QTest::newRow("cancelled") << 1U << uris << false << QByteArray();
         QTest::newRow("nothing chosen") << 0U << QStringList() << false << QByteArray();
-        QTest::newRow("not a file") << 0U << QStringList{QStringLiteral("smb://host/a")} << false
-                                    << QByteArray();
+        QTest::newRow("not a file") << 0U << QStringList{u"smb://host/a"_s} << false << QByteArray();
     }
 
     void answers() {
@@ -111,12 +111,11 @@ private Q_SLOTS:
             bus.connect(), [] { return QString(); }, fallback);
         QTRY_VERIFY_WITH_TIMEOUT(chooser.isAvailable(), limit);
 
-        const QFuture<Answer> answer =
-            chooser.choose(QStringLiteral("Open Folder"), QStringLiteral("Open_it"));
+        const QFuture<Answer> answer = chooser.choose(u"Open Folder"_s, u"Open_it"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!portal.options.isEmpty(), limit);
-        QCOMPARE(portal.title, QStringLiteral("Open Folder"));
-        QCOMPARE(portal.options.value(QStringLiteral("directory")), QVariant(true));
-        QCOMPARE(portal.options.value(QStringLiteral("accept_label")), QVariant(QStringLiteral("Open__it")));
+        QCOMPARE(portal.title, u"Open Folder"_s);
+        QCOMPARE(portal.options.value(u"directory"_s), QVariant(true));
+        QCOMPARE(portal.options.value(u"accept_label"_s), QVariant(u"Open__it"_s));
         // The reply of the call carries the path that the answer comes from.
         QTest::qWait(ownPath ? 500 : 0);
         QVERIFY(!answer.isFinished());
@@ -155,10 +154,10 @@ private Q_SLOTS:
             QTest::qWait(300);
             QVERIFY(!chooser.isAvailable());
         }
-        const QFuture<Answer> answer = chooser.choose(QStringLiteral("Open Folder"), QStringLiteral("Open"));
+        const QFuture<Answer> answer = chooser.choose(u"Open Folder"_s, u"Open"_s);
         QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), limit);
         QCOMPARE(fallback.asked, 1);
-        QCOMPARE(answer.result()->nativePath(), QByteArray("/fallback"));
+        QCOMPARE(answer.result()->nativePath(), "/fallback"_ba);
         QVERIFY(!chooser.isAvailable());
     }
 };

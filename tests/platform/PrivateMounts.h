@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
+#include <QTest>
 
 /// Real mounts for a test, seen by its process and its children only: they go with it.
 namespace PrivateMounts {
@@ -12,6 +14,18 @@ void enter();
 QString unavailable();
 
 } // namespace PrivateMounts
+
+#define SKIP_WITHOUT_MOUNTS()                                                                                \
+    if (!PrivateMounts::unavailable().isEmpty())                                                             \
+    QSKIP(qPrintable(PrivateMounts::unavailable()))
+
+#define PRIVATE_MOUNTS_MAIN(Test)                                                                            \
+    int main(int argc, char **argv) {                                                                        \
+        PrivateMounts::enter();                                                                              \
+        const QCoreApplication application(argc, argv);                                                      \
+        Test test;                                                                                           \
+        return QTest::qExec(&test, argc, argv);                                                              \
+    }
 
 /// A small file system in memory on a directory, made for it, until the end of the object's life.
 class MemoryMount {

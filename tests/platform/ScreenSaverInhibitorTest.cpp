@@ -7,11 +7,7 @@
 
 #include <memory>
 
-namespace {
-
-const QString service = QStringLiteral("org.freedesktop.ScreenSaver");
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 /// Stands in for the desktop's screen saver; answers late when told to.
 class StandIn : public QObject, protected QDBusContext {
@@ -19,16 +15,20 @@ class StandIn : public QObject, protected QDBusContext {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.ScreenSaver")
 
 public:
+    StandIn() {
+        bus.registerObject(u"/org/freedesktop/ScreenSaver"_s, this, QDBusConnection::ExportAllSlots);
+        bus.registerService(u"org.freedesktop.ScreenSaver"_s);
+    }
+    ~StandIn() override { QDBusConnection::disconnectFromBus(bus.name()); }
+
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"desktop"_s);
     QStringList calls;
     bool answersLater = false;
     void answer() { bus.send(unanswered.createReply(cookie)); }
 
-    const QDBusConnection bus =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("desktop"));
-
 public Q_SLOTS:
     uint Inhibit(const QString &application, const QString &reason) {
-        calls << application + QLatin1String(": ") + reason;
+        calls << application + u": "_s + reason;
         if (answersLater) {
             setDelayedReply(true);
             unanswered = message();
@@ -45,106 +45,74 @@ private:
 class ScreenSaverInhibitorTest : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void cleanup();
-    void asksOnceAndGivesBack();
-    void givesBackAtItsEnd();
-    void givesBackAnAnswerThatComesLate_data();
-    void givesBackAnAnswerThatComesLate();
-    void changesItsMindBeforeTheAnswer();
-    void doesWithoutTheService();
-
-private:
     std::unique_ptr<StandIn> m_desktop;
-    QDBusConnection m_bus = QDBusConnection::sessionBus();
-    const QStringList m_taken{QStringLiteral("Mosa: film")};
-    const QStringList m_takenAndGiven{QStringLiteral("Mosa: film"), QStringLiteral("42")};
-};
+    std::unique_ptr<ScreenSaverInhibitor> m_inhibitor;
+    const QStringList m_taken{u"Mosa: film"_s};
+    const QStringList m_takenAndGiven{u"Mosa: film"_s, u"42"_s};
 
-void ScreenSaverInhibitorTest::init() {
-    if (!m_bus.isConnected()) {
-        QSKIP("no session bus");
+private Q_SLOTS:
+    void init() {
+        if (!QDBusConnection::sessionBus().isConnected()) {
+            QSKIP("no session bus");
+        }
+        m_desktop = std::make_unique<StandIn>();
+        m_inhibitor = std::make_unique<ScreenSaverInhibitor>(QDBusConnection::sessionBus(), u"film"_s);
     }
-    m_desktop = std::make_unique<StandIn>();
-    QDBusConnection bus = m_desktop->bus;
-    QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/ScreenSaver"), m_desktop.get(),
-                               QDBusConnection::ExportAllSlots));
-    QVERIFY(bus.registerService(service));
-}
 
-void ScreenSaverInhibitorTest::cleanup() {
-    m_desktop.reset();
-    QDBusConnection::disconnectFromBus(QStringLiteral("desktop"));
-}
+    void cleanup() {
+        m_inhibitor.reset();
+        m_desktop.reset();
+    }
 
-void ScreenSaverInhibitorTest::asksOnceAndGivesBack() {
-    ScreenSaverInhibitor inhibitor(m_bus, QStringLiteral("film"));
-    inhibitor.setActive(false);
-    inhibitor.setActive(true);
-    inhibitor.setActive(true);
-    QTRY_COMPARE(m_desktop->calls, m_taken);
-    QTest::qWait(50);
-    inhibitor.setActive(false);
-    QTRY_COMPARE(m_desktop->calls, m_takenAndGiven);
-    QTest::qWait(50);
-    QCOMPARE(m_desktop->calls, m_takenAndGiven);
-}
+    void givesBackWhatItTook_data() {
+        QTest::addColumn<bool>("answersLater");
+        QTest::addColumn<bool>("objectGone");
+        QTest::newRow("paused") << false << false;
+        QTest::newRow("closed") << false << true;
+        QTest::newRow("paused before the answer") << true << false;
+        QTest::newRow("closed before the answer") << true << true;
+    }
 
-void ScreenSaverInhibitorTest::givesBackAtItsEnd() {
-    {
-        ScreenSaverInhibitor inhibitor(m_bus, QStringLiteral("film"));
-        inhibitor.setActive(true);
+    void givesBackWhatItTook() {
+        QFETCH(bool, answersLater);
+        QFETCH(bool, objectGone);
+        m_desktop->answersLater = answersLater;
+        m_inhibitor->setActive(false);
+        m_inhibitor->setActive(true);
+        m_inhibitor->setActive(true);
         QTRY_COMPARE(m_desktop->calls, m_taken);
         QTest::qWait(50);
+        objectGone ? m_inhibitor.reset() : m_inhibitor->setActive(false);
+        if (answersLater) {
+            m_desktop->answer();
+        }
+        QTRY_COMPARE(m_desktop->calls, m_takenAndGiven);
+        QTest::qWait(50);
+        QCOMPARE(m_desktop->calls, m_takenAndGiven);
     }
-    QTRY_COMPARE(m_desktop->calls, m_takenAndGiven);
-}
 
-void ScreenSaverInhibitorTest::givesBackAnAnswerThatComesLate_data() {
-    QTest::addColumn<bool>("objectGone");
-    QTest::newRow("paused meanwhile") << false;
-    QTest::newRow("closed meanwhile") << true;
-}
-
-void ScreenSaverInhibitorTest::givesBackAnAnswerThatComesLate() {
-    QFETCH(bool, objectGone);
-    m_desktop->answersLater = true;
-    auto inhibitor = std::make_unique<ScreenSaverInhibitor>(m_bus, QStringLiteral("film"));
-    inhibitor->setActive(true);
-    QTRY_COMPARE(m_desktop->calls, m_taken);
-    inhibitor->setActive(false);
-    if (objectGone) {
-        inhibitor.reset();
+    void changesItsMindBeforeTheAnswer() {
+        m_desktop->answersLater = true;
+        m_inhibitor->setActive(true);
+        m_inhibitor->setActive(false);
+        m_inhibitor->setActive(true);
+        QTRY_COMPARE(m_desktop->calls, m_taken);
+        m_desktop->answer();
+        QTest::qWait(50);
+        QCOMPARE(m_desktop->calls, m_taken); // one request serves both
+        m_inhibitor->setActive(false);
+        QTRY_COMPARE(m_desktop->calls, m_takenAndGiven);
     }
-    m_desktop->answer();
-    QTRY_COMPARE(m_desktop->calls, m_takenAndGiven);
-}
 
-void ScreenSaverInhibitorTest::changesItsMindBeforeTheAnswer() {
-    m_desktop->answersLater = true;
-    ScreenSaverInhibitor inhibitor(m_bus, QStringLiteral("film"));
-    inhibitor.setActive(true);
-    inhibitor.setActive(false);
-    inhibitor.setActive(true);
-    QTRY_COMPARE(m_desktop->calls, m_taken);
-    m_desktop->answer();
-    QTest::qWait(50);
-    QCOMPARE(m_desktop->calls, m_taken); // one request serves both
-    inhibitor.setActive(false);
-    QTRY_COMPARE(m_desktop->calls, m_takenAndGiven);
-}
-
-void ScreenSaverInhibitorTest::doesWithoutTheService() {
-    QDBusConnection bus = m_desktop->bus;
-    QVERIFY(bus.unregisterService(service));
-    ScreenSaverInhibitor inhibitor(m_bus, QStringLiteral("film"));
-    inhibitor.setActive(true);
-    QTest::qWait(50);
-    inhibitor.setActive(false);
-    QTest::qWait(50);
-    QCOMPARE(m_desktop->calls, QStringList());
-}
+    void doesWithoutTheService() {
+        QVERIFY(m_desktop->bus.unregisterService(u"org.freedesktop.ScreenSaver"_s));
+        m_inhibitor->setActive(true);
+        QTest::qWait(50);
+        m_inhibitor->setActive(false);
+        QTest::qWait(50);
+        QCOMPARE(m_desktop->calls, QStringList());
+    }
+};
 
 QTEST_GUILESS_MAIN(ScreenSaverInhibitorTest)
 #include "ScreenSaverInhibitorTest.moc"

@@ -4,10 +4,13 @@
 
 #include <QtTest>
 
+#include <filesystem>
 #include <optional>
 
 #include <sys/stat.h>
 #include <unistd.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace FileFixture;
 
@@ -30,11 +33,6 @@ class TrashTest : public QObject {
     }
 
     static QByteArray userTrash() { return ".Trash-" + QByteArray::number(::geteuid()); }
-
-    static mode_t modeOf(const QByteArray &path) {
-        struct stat status {};
-        return ::lstat(path.constData(), &status) == 0 ? status.st_mode & 07777 : 0;
-    }
 
     /// What a desktop's restore command reads: the decoded path of a record, or null.
     static QByteArray recordedPath(const QByteArray &record) {
@@ -59,21 +57,10 @@ private Q_SLOTS:
         m_root.reset();
     }
 
-    void writesRecords_data() {
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QByteArray>("written");
-        QTest::newRow("plain") << QByteArray("/home/ada/clip.mp4") << QByteArray("/home/ada/clip.mp4");
-        QTest::newRow("blank, percent, line feed")
-            << QByteArray("a b/100%\n.jpg") << QByteArray("a%20b/100%25%0A.jpg");
-        QTest::newRow("not UTF-8") << QByteArray("/m/\xe9t\xe9.jpg") << QByteArray("/m/%E9t%E9.jpg");
-    }
-
     void writesRecords() {
-        QFETCH(QByteArray, path);
-        QFETCH(QByteArray, written);
         const QDateTime when(QDate(2024, 2, 29), QTime(7, 8, 9));
-        QCOMPARE(trashRecord(path, when),
-                 "[Trash Info]\nPath=" + written + "\nDeletionDate=2024-02-29T07:08:09\n");
+        QCOMPARE(trashRecord("/a b/100%\n\xe9.jpg", when),
+                 "[Trash Info]\nPath=/a%20b/100%25%0A%E9.jpg\nDeletionDate=2024-02-29T07:08:09\n"_ba);
     }
 
     void movesToTheHomeTrash_data() {
@@ -88,8 +75,8 @@ private Q_SLOTS:
         keep("not UTF-8", "\xe9t\xe9.jpg");
         keep("longest that has room for the record", QByteArray(241, 'n') + ".jpg");
         QTest::newRow("longest") << QByteArray(251, 'n') + ".jpg" << QByteArray(241, 'n') + ".jpg";
-        QTest::newRow("longest, of two-byte characters")
-            << QByteArray("\xc3\xa9").repeated(125) + ".jpg" << QByteArray("\xc3\xa9").repeated(120) + ".jpg";
+        QTest::newRow("longest, of two-byte characters") << "\xc3\xa9"_ba.repeated(125) + ".jpg"
+                                                         << "\xc3\xa9"_ba.repeated(120) + ".jpg";
     }
 
     void movesToTheHomeTrash() {
@@ -100,7 +87,7 @@ private Q_SLOTS:
         QVERIFY(!trash({m_from + '/' + name})[0]);
 
         const QByteArray record = m_home + "/Trash/info/" + expected + ".trashinfo";
-        QCOMPARE(read(m_home + "/Trash/files/" + expected), QByteArray("mine"));
+        QCOMPARE(read(m_home + "/Trash/files/" + expected), "mine"_ba);
         QCOMPARE(recordedPath(record), m_from + '/' + name);
         QCOMPARE(modeOf(record), mode_t(0600));
         QCOMPARE(modeOf(m_home + "/Trash/files"), mode_t(0700));
@@ -116,9 +103,9 @@ private Q_SLOTS:
         // A file whose record was lost, and a record whose file was.
         QVERIFY(write(trashed + "a 2.jpg", "stray") && write(info + "a 3.jpg.trashinfo", "stray"));
         QVERIFY(!trash({m_from + "/a.jpg"})[0]);
-        QCOMPARE(read(trashed + "a.jpg"), QByteArray("first"));
-        QCOMPARE(read(trashed + "a 2.jpg"), QByteArray("stray"));
-        QCOMPARE(read(trashed + "a 4.jpg"), QByteArray("second"));
+        QCOMPARE(read(trashed + "a.jpg"), "first"_ba);
+        QCOMPARE(read(trashed + "a 2.jpg"), "stray"_ba);
+        QCOMPARE(read(trashed + "a 4.jpg"), "second"_ba);
         QCOMPARE(recordedPath(info + "a 4.jpg.trashinfo"), m_from + "/a.jpg");
         QCOMPARE(names(info), (QByteArrayList{"a 3.jpg.trashinfo", "a 4.jpg.trashinfo", "a.jpg.trashinfo"}));
     }
@@ -152,25 +139,17 @@ private Q_SLOTS:
         QCOMPARE(names(m_home + "/Trash/info"), QByteArrayList{"a.trashinfo"});
     }
 
-    void failsWithoutAUsableHomeTrash_data() {
-        QTest::addColumn<QByteArray>("obstacle");
-        for (const char *path : {"data", "data/Trash", "data/Trash/files", "data/Trash/info"}) {
-            QTest::newRow(path) << QByteArray(path);
-        }
-    }
-
     void failsWithoutAUsableHomeTrash() {
-        QFETCH(QByteArray, obstacle);
-        makeDirectory(m_home);
-        makeDirectory(m_home + "/Trash");
-        const QByteArray path = m_root->path() + '/' + obstacle;
-        ::rmdir(path.constData()) == 0 || ::rmdir(QByteArray(path + "/Trash").constData());
-        ::rmdir(path.constData());
-        QVERIFY(write(path, "in the way"));
         QVERIFY(write(m_from + "/a", "a"));
-        QVERIFY(trash({m_from + "/a"})[0]);
-        QCOMPARE(read(m_from + "/a"), QByteArray("a"));
-        QCOMPARE(read(path), QByteArray("in the way"));
+        for (const char *obstacle : {"", "/Trash", "/Trash/files", "/Trash/info"}) {
+            std::filesystem::remove_all(m_home.toStdString());
+            const QByteArray path = m_home + obstacle;
+            std::filesystem::create_directories(path.left(path.lastIndexOf('/')).toStdString());
+            QVERIFY(write(path, "in the way"));
+            QVERIFY(trash({m_from + "/a"})[0]);
+            QCOMPARE(read(m_from + "/a"), "a"_ba);
+            QCOMPARE(read(path), "in the way"_ba);
+        }
     }
 
     /// On a mount with its own trash, however that is prepared.
@@ -180,22 +159,21 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("expected");
         const QByteArray user = QByteArray::number(::geteuid());
         QTest::newRow("nothing") << QByteArray() << userTrash();
-        QTest::newRow("shared folder") << QByteArray("sticky") << ".Trash/" + user;
-        QTest::newRow("shared folder, not sticky") << QByteArray("loose") << userTrash();
-        QTest::newRow("shared folder, a link") << QByteArray("link") << userTrash();
-        QTest::newRow("shared folder, the user's a link") << QByteArray("sticky, link") << userTrash();
-        QTest::newRow("own folder, a link") << QByteArray("own link") << QByteArray();
-        QTest::newRow("own folder, a file") << QByteArray("own file") << QByteArray();
-        QTest::newRow("own folder, its records a link") << QByteArray("own info link") << QByteArray();
-        QTest::newRow("read-only") << QByteArray("read-only") << QByteArray();
+        QTest::newRow("shared folder") << "sticky"_ba
+                                       << ".Trash/" + user;
+        QTest::newRow("shared folder, not sticky") << "loose"_ba << userTrash();
+        QTest::newRow("shared folder, a link") << "link"_ba << userTrash();
+        QTest::newRow("shared folder, the user's a link") << "sticky, link"_ba << userTrash();
+        QTest::newRow("own folder, a link") << "own link"_ba << QByteArray();
+        QTest::newRow("own folder, a file") << "own file"_ba << QByteArray();
+        QTest::newRow("own folder, its records a link") << "own info link"_ba << QByteArray();
+        QTest::newRow("read-only") << "read-only"_ba << QByteArray();
     }
 
     void movesToTheTrashOfTheMount() {
         QFETCH(QByteArray, prepared);
         QFETCH(QByteArray, expected);
-        if (!PrivateMounts::unavailable().isEmpty()) {
-            QSKIP(qPrintable(PrivateMounts::unavailable()));
-        }
+        SKIP_WITHOUT_MOUNTS();
         m_mount.emplace(m_root->path() + "/card", "size=1m");
         QVERIFY(m_mount->isMounted());
         const QByteArray top = m_mount->path();
@@ -226,20 +204,17 @@ private Q_SLOTS:
         QCOMPARE(names(outside), QByteArrayList());
         QVERIFY2(!exists(m_home + "/Trash/files/a b.jpg"), "copied into the home trash");
         if (error) {
-            QCOMPARE(read(top + "/holiday/a b.jpg"), QByteArray("mine"));
+            QCOMPARE(read(top + "/holiday/a b.jpg"), "mine"_ba);
             return;
         }
         QCOMPARE(modeOf(top + '/' + expected), mode_t(0700));
-        QCOMPARE(read(top + '/' + expected + "/files/a b.jpg"), QByteArray("mine"));
-        QCOMPARE(recordedPath(top + '/' + expected + "/info/a b.jpg.trashinfo"),
-                 QByteArray("holiday/a b.jpg"));
+        QCOMPARE(read(top + '/' + expected + "/files/a b.jpg"), "mine"_ba);
+        QCOMPARE(recordedPath(top + '/' + expected + "/info/a b.jpg.trashinfo"), "holiday/a b.jpg"_ba);
         QVERIFY(!exists(top + "/holiday/a b.jpg"));
     }
 
     void oneBatchOnSeveralMounts() {
-        if (!PrivateMounts::unavailable().isEmpty()) {
-            QSKIP(qPrintable(PrivateMounts::unavailable()));
-        }
+        SKIP_WITHOUT_MOUNTS();
         m_mount.emplace(m_root->path() + "/card", "size=1m");
         const MemoryMount inner(m_mount->path() + "/inner", "size=1m");
         const QByteArrayList files{m_from + "/a", m_mount->path() + "/b", inner.path() + "/c"};
@@ -249,23 +224,21 @@ private Q_SLOTS:
         for (const std::error_code &error : trash(files)) {
             QVERIFY(!error);
         }
-        QCOMPARE(read(m_home + "/Trash/files/a"), QByteArray("a"));
-        QCOMPARE(read(m_mount->path() + '/' + userTrash() + "/files/b"), QByteArray("b"));
-        QCOMPARE(read(inner.path() + '/' + userTrash() + "/files/c"), QByteArray("c"));
+        QCOMPARE(read(m_home + "/Trash/files/a"), "a"_ba);
+        QCOMPARE(read(m_mount->path() + '/' + userTrash() + "/files/b"), "b"_ba);
+        QCOMPARE(read(inner.path() + '/' + userTrash() + "/files/c"), "c"_ba);
     }
 
     /// The record does not fit on the disk: the file stays, and no half record.
     void fullDisk() {
-        if (!PrivateMounts::unavailable().isEmpty()) {
-            QSKIP(qPrintable(PrivateMounts::unavailable()));
-        }
+        SKIP_WITHOUT_MOUNTS();
         m_mount.emplace(m_root->path() + "/card", "size=64k");
         const QByteArray top = m_mount->path();
         QVERIFY(write(top + "/first", "1") && write(top + "/a", "a"));
         QVERIFY(!trash({top + "/first"})[0]);
         write(top + "/filling", QByteArray(1 << 20, 'x'));
         QVERIFY(trash({top + "/a"})[0]);
-        QCOMPARE(read(top + "/a"), QByteArray("a"));
+        QCOMPARE(read(top + "/a"), "a"_ba);
         QCOMPARE(names(top + '/' + userTrash() + "/info"), QByteArrayList{"first.trashinfo"});
     }
 
@@ -275,16 +248,10 @@ private Q_SLOTS:
             Trash batch({});
             batch.add(FileURL::fromNativePath(m_from + "/a"));
         }
-        QCOMPARE(read(m_from + "/a"), QByteArray("a"));
+        QCOMPARE(read(m_from + "/a"), "a"_ba);
         QCOMPARE(names(m_home + "/Trash/info"), QByteArrayList());
     }
 };
 
-int main(int argc, char **argv) {
-    PrivateMounts::enter();
-    const QCoreApplication application(argc, argv);
-    TrashTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+PRIVATE_MOUNTS_MAIN(TrashTest)
 #include "TrashTest.moc"

@@ -8,8 +8,7 @@
 
 #include <cmath>
 
-#include <sys/stat.h>
-#include <unistd.h>
+using namespace Qt::StringLiterals;
 
 using MediaMaker::VideoOptions;
 Q_DECLARE_METATYPE(VideoOptions)
@@ -55,19 +54,18 @@ private Q_SLOTS:
                 << 352.0 / 288 * 16 / 11;
         }
         QTest::newRow("mpeg-1 anamorphic")
-            << QByteArray("mpeg") << VideoOptions{.size = {352, 288}, .sampleAspect = "12:11"}
+            << "mpeg"_ba << VideoOptions{.size = {352, 288}, .sampleAspect = "12:11"}
             << 352.0 / 288 * 12 / 11;
         QTest::newRow("turned and anamorphic")
-            << QByteArray("mp4") << VideoOptions{.size = {240, 320}, .rotation = 90, .sampleAspect = "2:1"}
+            << "mp4"_ba << VideoOptions{.size = {240, 320}, .rotation = 90, .sampleAspect = "2:1"}
             << 240.0 / 640;
-        QTest::newRow("index first") << QByteArray("mp4") << VideoOptions{.indexAtEnd = false} << 4.0 / 3;
-        QTest::newRow("hevc in ts") << QByteArray("ts") << VideoOptions{.codec = "libx265"} << 4.0 / 3;
+        QTest::newRow("index first") << "mp4"_ba << VideoOptions{.indexAtEnd = false} << 4.0 / 3;
+        QTest::newRow("hevc in ts") << "ts"_ba << VideoOptions{.codec = "libx265"} << 4.0 / 3;
         QTest::newRow("mpeg-2 in ts")
-            << QByteArray("ts")
-            << VideoOptions{.size = {352, 288}, .sampleAspect = "16:11", .codec = "mpeg2video"}
+            << "ts"_ba << VideoOptions{.size = {352, 288}, .sampleAspect = "16:11", .codec = "mpeg2video"}
             << 352.0 / 288 * 16 / 11;
-        QTest::newRow("h263 in flv") << QByteArray("flv") << VideoOptions{.codec = "flv"} << 4.0 / 3;
-        QTest::newRow("vp9 in mkv") << QByteArray("mkv") << VideoOptions{.codec = "libvpx-vp9"} << 4.0 / 3;
+        QTest::newRow("h263 in flv") << "flv"_ba << VideoOptions{.codec = "flv"} << 4.0 / 3;
+        QTest::newRow("vp9 in mkv") << "mkv"_ba << VideoOptions{.codec = "libvpx-vp9"} << 4.0 / 3;
         for (const char *extension : {"mp4", "mkv", "avi", "ts", "mpg", "flv", "ogv", "wmv", "rm"}) {
             QTest::addRow("%s without picture", extension)
                 << QByteArray(extension) << VideoOptions{.seconds = 8, .video = false} << 0.0;
@@ -122,26 +120,13 @@ private Q_SLOTS:
             timer.start();
             const auto size = VideoAsset::displaySize(damaged);
             QVERIFY(!size || (size->width() > 0 && size->height() > 0));
-            QVERIFY2(timer.elapsed() < patience, qPrintable(QStringLiteral("variant %1").arg(i)));
+            QVERIFY2(timer.elapsed() < patience, qPrintable(u"variant %1"_s.arg(i)));
         }
     }
 
-    void refusesWhatIsNoFile() {
-        const FileURL pipe = m_folder.at("pipe.mp4");
-        QCOMPARE(mkfifo(pipe.nativePath().constData(), 0600), 0);
-        QVERIFY(!VideoAsset::displaySize(pipe));
-        QVERIFY(!VideoAsset::displaySize(FileURL::fromNativePath("/dev/zero")));
-        QVERIFY(!VideoAsset::displaySize(m_folder.at("missing.mp4")));
-        QVERIFY(!VideoAsset::displaySize(m_folder.url()));
-        const FileURL real = m_folder.at("real.mp4");
-        QVERIFY(MediaMaker::video(real));
-        QCOMPARE(symlink("real.mp4", m_folder.at("link.mp4").nativePath().constData()), 0);
-        QVERIFY(!VideoAsset::displaySize(m_folder.at("link.mp4")));
-    }
-
     void readsNamesOfAnyBytes() {
-        for (const QByteArray &name : {QByteArray("caf\xE9 %d.mp4"), QByteArray("two\nlines.mp4"),
-                                       QByteArray(251, 'x') + ".mp4", QByteArray("http:x?.mp4")}) {
+        for (const QByteArray &name :
+             {"caf\xE9 %d.mp4"_ba, "two\nlines.mp4"_ba, QByteArray(251, 'x') + ".mp4", "http:x?.mp4"_ba}) {
             QVERIFY(MediaMaker::video(m_folder.at(name)));
             QVERIFY(VideoAsset::displaySize(m_folder.at(name)).has_value());
         }

@@ -9,6 +9,8 @@
 
 #include <sys/xattr.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace FileFixture;
 
 namespace {
@@ -108,7 +110,7 @@ class FileFaultTest : public QObject {
             const bool tidy = names(m_from) == realNames(m_from) && names(m_to) == realNames(m_to);
             const bool counted =
                 realNames(m_to).size() == done && (m_records.isEmpty() || names(m_records).size() == done);
-            return tidy && counted ? QByteArray() : QByteArray("something was left behind");
+            return tidy && counted ? QByteArray() : "something was left behind"_ba;
         }
         return {};
     }
@@ -189,7 +191,7 @@ class FileFaultTest : public QObject {
             makeDirectory(m_to);
             makeDirectory(m_records);
         }
-        m_contents = {pattern(300'000, 1), pattern(2'000, 2)};
+        m_contents = {MediaMaker::noise(300'000), MediaMaker::noise(2'000)};
         return {};
     }
 
@@ -255,7 +257,7 @@ private Q_SLOTS:
                     continue;
                 }
                 QVERIFY(reset());
-                const SystemCallTrace::Ending ending = trace.inject(call, QByteArray("error=") + error);
+                const SystemCallTrace::Ending ending = trace.inject(call, "error="_ba + error);
                 // Between two names of one file, a stat that fails leaves both.
                 const bool tidies = unknownCall.isEmpty() || canTidyUpWithout(call);
                 const QByteArray text = problem({.lines = ending.lines, .mayLeave = !tidies});
@@ -294,11 +296,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char **argv) {
-    PrivateMounts::enter();
-    const QCoreApplication application(argc, argv);
-    FileFaultTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+PRIVATE_MOUNTS_MAIN(FileFaultTest)
 #include "FileFaultTest.moc"

@@ -12,6 +12,8 @@
 #include <mutex>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 using namespace FileFixture;
 
 class FileOperationsTest : public QObject {
@@ -27,7 +29,7 @@ class FileOperationsTest : public QObject {
         QList<FileURL> files;
         for (int i = 0; i < count; ++i) {
             const QByteArray path = m_from + '/' + QByteArray::number(i) + ".jpg";
-            write(path, pattern(1000, char(i)));
+            write(path, MediaMaker::noise(1000, quint32(i)));
             files.append(FileURL::fromNativePath(path));
         }
         return files;
@@ -92,10 +94,10 @@ private Q_SLOTS:
         for (int i = 0; i < 40; ++i) {
             const QByteArray name = QByteArray::number(i) + (i == 7 ? " 2.jpg" : ".jpg");
             QCOMPARE(result.destinations.at(i).nativePath(), m_to + '/' + name);
-            QVERIFY(read(m_to + '/' + name) == pattern(1000, char(i)));
+            QVERIFY(read(m_to + '/' + name) == MediaMaker::noise(1000, quint32(i)));
             QCOMPARE(exists(files.at(i).nativePath()), kind == FileOperationKind::copy);
         }
-        QCOMPARE(read(m_to + "/7.jpg"), QByteArray("other"));
+        QCOMPARE(read(m_to + "/7.jpg"), "other"_ba);
         QVERIFY(reportedEachOf(42));
     }
 
@@ -146,7 +148,7 @@ private Q_SLOTS:
         for (int i = 0; i < 200; ++i) {
             const QByteArray name = QByteArray::number(i) + ".jpg";
             const bool atTarget = copied.contains(name);
-            QVERIFY(!atTarget || read(m_to + '/' + name) == pattern(1000, char(i)));
+            QVERIFY(!atTarget || read(m_to + '/' + name) == MediaMaker::noise(1000, quint32(i)));
             QCOMPARE(exists(m_from + '/' + name), kind == FileOperationKind::copy || !atTarget);
         }
         for (const QByteArray &name : copied) {

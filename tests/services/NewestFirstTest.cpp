@@ -4,6 +4,8 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 MediaFile file(const char *path, qint64 seconds) {
@@ -41,28 +43,24 @@ private Q_SLOTS:
                                file("/m/same.jpg", 5)};
         sortNewestFirst(files);
         // Names alone count, and of equal names the earlier stays the earlier.
-        QCOMPARE(paths(files), QStringList({QStringLiteral("/z newest"), QStringLiteral("/B.jpg"),
-                                            QStringLiteral("/c.jpg"), QStringLiteral("/clip 2.mp4"),
-                                            QStringLiteral("/clip 10.mp4"), QStringLiteral("/x/same.jpg"),
-                                            QStringLiteral("/a/SAME.jpg"), QStringLiteral("/m/same.jpg"),
-                                            QStringLiteral("/old"), QStringLiteral("/0 undated")}));
+        QCOMPARE(paths(files), QStringList({u"/z newest"_s, u"/B.jpg"_s, u"/c.jpg"_s, u"/clip 2.mp4"_s,
+                                            u"/clip 10.mp4"_s, u"/x/same.jpg"_s, u"/a/SAME.jpg"_s,
+                                            u"/m/same.jpg"_s, u"/old"_s, u"/0 undated"_s}));
     }
 
     void nanosecondsCount() {
         QList<MediaFile> files{file("/a", 1), file("/b", 1)};
         files[1].addedAt += std::chrono::nanoseconds(1);
         sortNewestFirst(files);
-        QCOMPARE(paths(files), QStringList({QStringLiteral("/b"), QStringLiteral("/a")}));
+        QCOMPARE(paths(files), QStringList({u"/b"_s, u"/a"_s}));
     }
 
     void sharedListsStay() {
         const QList<MediaFile> original{file("/a", 1), file("/c", 2), file("/b", 2)};
         QList<MediaFile> copy = original;
         sortNewestFirst(copy);
-        QCOMPARE(paths(original),
-                 QStringList({QStringLiteral("/a"), QStringLiteral("/c"), QStringLiteral("/b")}));
-        QCOMPARE(paths(copy),
-                 QStringList({QStringLiteral("/b"), QStringLiteral("/c"), QStringLiteral("/a")}));
+        QCOMPARE(paths(original), QStringList({u"/a"_s, u"/c"_s, u"/b"_s}));
+        QCOMPARE(paths(copy), QStringList({u"/b"_s, u"/c"_s, u"/a"_s}));
     }
 
     /// Against the plain rule, applied by insertion.
@@ -102,9 +100,7 @@ private Q_SLOTS:
         for (const FolderCard &card : folders) {
             names << card.name;
         }
-        QCOMPARE(names,
-                 QStringList({QStringLiteral("a"), QStringLiteral("Äh"), QStringLiteral("b"),
-                              QStringLiteral("B"), QStringLiteral("trip 9"), QStringLiteral("Trip 10")}));
+        QCOMPARE(names, QStringList({u"a"_s, u"Äh"_s, u"b"_s, u"B"_s, u"trip 9"_s, u"Trip 10"_s}));
     }
 };
 

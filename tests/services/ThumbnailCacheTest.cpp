@@ -10,38 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-class ThumbnailCacheTest : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-    void memoryForgetsTheLeastRecentlyUsed();
-    void memoryIsBoundedByBytes();
-    void names_data();
-    void names();
-    void keepsPictures();
-    void rightsWhateverTheUmask_data();
-    void rightsWhateverTheUmask();
-    void refusesALinkInItsPlace();
-    void damagedEntriesAreAbsent_data();
-    void damagedEntriesAreAbsent();
-    void survivesItsDeletion();
-    void trims_data();
-    void trims();
-    void trimsOnlyRegularVisibleFiles();
-    void removesAbandonedWork();
-
-private:
-    FileURL directory() const { return FileURL::fromPath(m_folder->filePath(QStringLiteral("a/b/c"))); }
-    QString inside(const QByteArray &name) const {
-        return directory().path() + u'/' + QString::fromUtf8(name);
-    }
-    QStringList entries() const { return QDir(directory().path()).entryList(QDir::Files, QDir::Name); }
-    bool addFile(const QByteArray &name, qint64 size, time_t modified) const;
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    const FileURL m_media = FileURL::fromNativePath("/some/photo.jpg");
-};
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -58,202 +27,200 @@ mode_t rights(const QString &path) {
 
 } // namespace
 
-void ThumbnailCacheTest::init() {
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_folder->isValid());
-}
+class ThumbnailCacheTest : public QObject {
+    Q_OBJECT
 
-bool ThumbnailCacheTest::addFile(const QByteArray &name, qint64 size, time_t modified) const {
-    QFile file(inside(name));
-    const timespec times[2] = {{modified, 0}, {modified, 0}};
-    return file.open(QIODevice::WriteOnly) && file.resize(size) && ::futimens(file.handle(), times) == 0;
-}
-
-void ThumbnailCacheTest::memoryForgetsTheLeastRecentlyUsed() {
-    ThumbnailMemoryCache cache(3, 1'000'000);
-    for (const char *path : {"a", "b", "c"}) {
-        cache.insert(path, picture());
+    FileURL directory() const { return FileURL::fromPath(m_folder->filePath(u"a/b/c"_s)); }
+    QString inside(const QByteArray &name) const {
+        return directory().path() + u'/' + QString::fromUtf8(name);
     }
-    QVERIFY(!cache.image("a").isNull());
-    cache.insert("d", picture());
-    QCOMPARE(cache.count(), 3);
-    QVERIFY(cache.contains("a"));
-    QVERIFY(!cache.contains("b"));
-    QVERIFY(cache.image("b").isNull());
-    cache.insert("a", picture({10, 10}));
-    QCOMPARE(cache.count(), 3);
-    QCOMPARE(cache.image("a").size(), QSize(10, 10));
-}
+    QStringList entries() const { return QDir(directory().path()).entryList(QDir::Files, QDir::Name); }
 
-void ThumbnailCacheTest::memoryIsBoundedByBytes() {
-    const qint64 one = picture().sizeInBytes();
-    ThumbnailMemoryCache cache(300, 2 * one);
-    for (const char *path : {"a", "b", "c"}) {
-        cache.insert(path, picture());
+    std::unique_ptr<QTemporaryDir> m_folder;
+    const FileURL m_media = FileURL::fromNativePath("/some/photo.jpg");
+
+    bool addFile(const QByteArray &name, qint64 size, time_t modified) const {
+        QFile file(inside(name));
+        const timespec times[2] = {{modified, 0}, {modified, 0}};
+        return file.open(QIODevice::WriteOnly) && file.resize(size) && ::futimens(file.handle(), times) == 0;
     }
-    QCOMPARE(cache.count(), 2);
-    QCOMPARE(cache.bytes(), 2 * one);
-    cache.insert("large", picture({300, 300}));
-    QCOMPARE(cache.count(), 0);
-    QCOMPARE(cache.bytes(), 0);
-}
 
-void ThumbnailCacheTest::names_data() {
-    QTest::addColumn<QByteArray>("path");
-    QTest::addColumn<QByteArray>("name");
-    // Digests from sha256sum.
-    QTest::newRow("ASCII") << QByteArray("/a")
-                           << QByteArray(
-                                  "6a50dc8584134c7de537c0052ff6d236bf874355e050c90523e0c5ff2a543a28.jpg");
-    QTest::newRow("UTF-8") << QByteArray("/\xC3\xA9")
-                           << QByteArray(
-                                  "e6899f85ca4838a9a84fed49a2d7b34c0a30c0e4a297cad4adb7745f73fa7295.jpg");
-    QTest::newRow("Latin-1") << QByteArray("/\xE9")
-                             << QByteArray(
-                                    "2e442e521da3d51f14a78591ee48b6824c648ad31c319b3d3dc10eaa4124bcdb.jpg");
-}
-
-void ThumbnailCacheTest::names() {
-    QFETCH(QByteArray, path);
-    QFETCH(QByteArray, name);
-    QCOMPARE(ThumbnailDiskCache::cacheName(FileURL::fromNativePath(path)), name);
-}
-
-void ThumbnailCacheTest::keepsPictures() {
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare();
-    QVERIFY(cache.read(m_media).isNull());
-    cache.write(m_media, picture());
-    // Another program's view of the same directory.
-    const QImage kept = ThumbnailDiskCache(directory()).read(m_media);
-    QCOMPARE(kept.size(), QSize(72, 48));
-    QVERIFY(std::abs(kept.pixelColor(30, 30).red() - 200) < 6);
-    QCOMPARE(entries(), QStringList(QString::fromLatin1(ThumbnailDiskCache::cacheName(m_media))));
-    cache.write(m_media, picture({20, 20}));
-    QCOMPARE(cache.read(m_media).size(), QSize(20, 20));
-    QCOMPARE(QDir(directory().path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-}
-
-void ThumbnailCacheTest::rightsWhateverTheUmask_data() {
-    QTest::addColumn<uint>("mask");
-    for (const uint mask : {0U, 022U, 077U, 0277U}) {
-        QTest::addRow("%o", mask) << mask;
+private Q_SLOTS:
+    void init() {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
     }
-}
 
-void ThumbnailCacheTest::rightsWhateverTheUmask() {
-    QFETCH(uint, mask);
-    const mode_t before = ::umask(mask);
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare();
-    cache.write(m_media, picture());
-    ::umask(before);
-    QCOMPARE(rights(directory().path()), mode_t(0700));
-    QCOMPARE(rights(inside(ThumbnailDiskCache::cacheName(m_media))), mode_t(0600));
-}
+    void memoryForgetsTheLeastRecentlyUsed() {
+        ThumbnailMemoryCache cache(3, 1'000'000);
+        for (const char *path : {"a", "b", "c"}) {
+            cache.insert(path, picture());
+        }
+        QVERIFY(!cache.image("a").isNull());
+        cache.insert("d", picture());
+        QCOMPARE(cache.count(), 3);
+        QVERIFY(cache.contains("a"));
+        QVERIFY(!cache.contains("b"));
+        QVERIFY(cache.image("b").isNull());
+        cache.insert("a", picture({10, 10}));
+        QCOMPARE(cache.count(), 3);
+        QCOMPARE(cache.image("a").size(), QSize(10, 10));
+    }
 
-void ThumbnailCacheTest::refusesALinkInItsPlace() {
-    QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("a/b")));
-    QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("elsewhere")));
-    const QString target = m_folder->filePath(QStringLiteral("elsewhere"));
-    QVERIFY(QFile::link(target, directory().path()));
-    const mode_t before = rights(target);
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare(0);
-    cache.write(m_media, picture());
-    QVERIFY(QDir(target).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
-    QCOMPARE(rights(target), before);
-    QVERIFY(cache.read(m_media).isNull());
-}
+    void memoryIsBoundedByBytes() {
+        const qint64 one = picture().sizeInBytes();
+        ThumbnailMemoryCache cache(300, 2 * one);
+        for (const char *path : {"a", "b", "c"}) {
+            cache.insert(path, picture());
+        }
+        QCOMPARE(cache.count(), 2);
+        QCOMPARE(cache.bytes(), 2 * one);
+        cache.insert("large", picture({300, 300}));
+        QCOMPARE(cache.count(), 0);
+        QCOMPARE(cache.bytes(), 0);
+    }
 
-void ThumbnailCacheTest::damagedEntriesAreAbsent_data() {
-    QTest::addColumn<int>("keptPercent");
-    QTest::addColumn<QByteArray>("appended");
-    QTest::newRow("empty") << 0 << QByteArray();
-    QTest::newRow("half") << 50 << QByteArray();
-    QTest::newRow("nearly whole") << 99 << QByteArray();
-    QTest::newRow("zeros at the end") << 60 << QByteArray(2000, '\0');
-    QTest::newRow("no picture") << 0 << QByteArray(500, 'x');
-    QTest::newRow("no picture, right end") << 0 << QByteArray("xxxx\xFF\xD9");
-}
+    void names_data() {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QByteArray>("name");
+        // Digests from sha256sum.
+        QTest::newRow("ASCII") << "/a"_ba
+                               << QByteArray(
+                                      "6a50dc8584134c7de537c0052ff6d236bf874355e050c90523e0c5ff2a543a28.jpg");
+        QTest::newRow("UTF-8") << "/\xC3\xA9"_ba
+                               << QByteArray(
+                                      "e6899f85ca4838a9a84fed49a2d7b34c0a30c0e4a297cad4adb7745f73fa7295.jpg");
+        QTest::newRow("Latin-1")
+            << "/\xE9"_ba
+            << QByteArray("2e442e521da3d51f14a78591ee48b6824c648ad31c319b3d3dc10eaa4124bcdb.jpg");
+    }
 
-void ThumbnailCacheTest::damagedEntriesAreAbsent() {
-    QFETCH(int, keptPercent);
-    QFETCH(QByteArray, appended);
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare();
-    cache.write(m_media, picture());
-    QFile file(inside(ThumbnailDiskCache::cacheName(m_media)));
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.resize(file.size() * keptPercent / 100));
-    QVERIFY(file.seek(file.size()));
-    QCOMPARE(file.write(appended), appended.size());
-    file.close();
-    QVERIFY(cache.read(m_media).isNull());
-    cache.write(m_media, picture());
-    QVERIFY(!cache.read(m_media).isNull());
-}
+    void names() {
+        QFETCH(QByteArray, path);
+        QFETCH(QByteArray, name);
+        QCOMPARE(ThumbnailDiskCache::cacheName(FileURL::fromNativePath(path)), name);
+    }
 
-void ThumbnailCacheTest::survivesItsDeletion() {
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare();
-    QVERIFY(QDir(m_folder->filePath(QStringLiteral("a"))).removeRecursively());
-    QVERIFY(cache.read(m_media).isNull());
-    cache.write(m_media, picture());
-    QVERIFY(!cache.read(m_media).isNull());
-    QCOMPARE(rights(directory().path()), mode_t(0700));
-}
+    void keepsPictures() {
+        const ThumbnailDiskCache cache(directory());
+        cache.prepare();
+        QVERIFY(cache.read(m_media).isNull());
+        cache.write(m_media, picture());
+        // Another program's view of the same directory.
+        const QImage kept = ThumbnailDiskCache(directory()).read(m_media);
+        QCOMPARE(kept.size(), QSize(72, 48));
+        QVERIFY(std::abs(kept.pixelColor(30, 30).red() - 200) < 6);
+        QCOMPARE(entries(), QStringList(QString::fromLatin1(ThumbnailDiskCache::cacheName(m_media))));
+        // The user may empty the caches at any time.
+        QVERIFY(QDir(m_folder->filePath(u"a"_s)).removeRecursively());
+        QVERIFY(cache.read(m_media).isNull());
+        cache.write(m_media, picture({20, 20}));
+        QCOMPARE(cache.read(m_media).size(), QSize(20, 20));
+        QCOMPARE(QDir(directory().path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+    }
 
-void ThumbnailCacheTest::trims_data() {
-    QTest::addColumn<qint64>("limit");
-    QTest::addColumn<QStringList>("left");
-    const QStringList all{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")};
-    // 100, 200, 300 and 400 bytes; oldest first: c, a, d, b.
-    QTest::newRow("exactly full") << qint64(1000) << all;
-    QTest::newRow("one byte over") << qint64(999)
-                                   << QStringList{QStringLiteral("a"), QStringLiteral("b"),
-                                                  QStringLiteral("d")};
-    QTest::newRow("reaches the limit exactly")
-        << qint64(600) << QStringList{QStringLiteral("b"), QStringLiteral("d")};
-    QTest::newRow("only the newest") << qint64(599) << QStringList{QStringLiteral("b")};
-    QTest::newRow("nothing") << qint64(0) << QStringList();
-}
+    void rightsWhateverTheUmask_data() {
+        QTest::addColumn<uint>("mask");
+        for (const uint mask : {0U, 077U, 0777U}) {
+            QTest::addRow("%o", mask) << mask;
+        }
+    }
 
-void ThumbnailCacheTest::trims() {
-    QFETCH(qint64, limit);
-    QFETCH(QStringList, left);
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare();
-    QVERIFY(addFile("a", 100, 2000) && addFile("b", 200, 4000) && addFile("c", 300, 1000) &&
-            addFile("d", 400, 3000));
-    cache.prepare(limit);
-    QCOMPARE(entries(), left);
-}
+    void rightsWhateverTheUmask() {
+        QFETCH(uint, mask);
+        const mode_t before = ::umask(mask);
+        const ThumbnailDiskCache cache(directory());
+        cache.prepare();
+        cache.write(m_media, picture());
+        ::umask(before);
+        QCOMPARE(rights(directory().path()), mode_t(0700));
+        QCOMPARE(rights(inside(ThumbnailDiskCache::cacheName(m_media))), mode_t(0600));
+    }
 
-void ThumbnailCacheTest::trimsOnlyRegularVisibleFiles() {
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare();
-    QVERIFY(addFile(".hidden", 5000, 1000) && addFile("seen", 100, 1000));
-    QVERIFY(QDir(directory().path()).mkdir(QStringLiteral("folder")));
-    QVERIFY(QFile::link(inside("seen"), inside("link")));
-    cache.prepare(100);
-    QVERIFY(QFile::exists(inside("seen")));
-    cache.prepare(99);
-    QVERIFY(!QFile::exists(inside("seen")));
-    QVERIFY(QFile::exists(inside(".hidden")));
-    QVERIFY(QDir(inside("folder")).exists());
-    QVERIFY(!QFile::symLinkTarget(inside("link")).isEmpty());
-}
+    void refusesALinkInItsPlace() {
+        QVERIFY(QDir(m_folder->path()).mkpath(u"a/b"_s));
+        QVERIFY(QDir(m_folder->path()).mkpath(u"elsewhere"_s));
+        const QString target = m_folder->filePath(u"elsewhere"_s);
+        QVERIFY(QFile::link(target, directory().path()));
+        const mode_t before = rights(target);
+        const ThumbnailDiskCache cache(directory());
+        cache.prepare(0);
+        cache.write(m_media, picture());
+        QVERIFY(QDir(target).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+        QCOMPARE(rights(target), before);
+        QVERIFY(cache.read(m_media).isNull());
+    }
 
-void ThumbnailCacheTest::removesAbandonedWork() {
-    const ThumbnailDiskCache cache(directory());
-    cache.prepare();
-    QVERIFY(addFile(".writing-1-0-old.jpg", 100, 1000));
-    QVERIFY(addFile(".writing-1-0-young.jpg", 100, ::time(nullptr)));
-    cache.prepare();
-    QVERIFY(!QFile::exists(inside(".writing-1-0-old.jpg")));
-    QVERIFY(QFile::exists(inside(".writing-1-0-young.jpg")));
-}
+    void damagedEntriesAreAbsent_data() {
+        QTest::addColumn<int>("keptPercent");
+        QTest::addColumn<QByteArray>("appended");
+        QTest::newRow("empty") << 0 << QByteArray();
+        QTest::newRow("half") << 50 << QByteArray();
+        QTest::newRow("nearly whole") << 99 << QByteArray();
+        QTest::newRow("zeros at the end") << 60 << QByteArray(2000, '\0');
+        QTest::newRow("no picture") << 0 << QByteArray(500, 'x');
+        QTest::newRow("no picture, right end") << 0 << "xxxx\xFF\xD9"_ba;
+    }
+
+    void damagedEntriesAreAbsent() {
+        QFETCH(int, keptPercent);
+        QFETCH(QByteArray, appended);
+        const ThumbnailDiskCache cache(directory());
+        cache.prepare();
+        cache.write(m_media, picture());
+        QFile file(inside(ThumbnailDiskCache::cacheName(m_media)));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.resize(file.size() * keptPercent / 100));
+        QVERIFY(file.seek(file.size()));
+        QCOMPARE(file.write(appended), appended.size());
+        file.close();
+        QVERIFY(cache.read(m_media).isNull());
+        cache.write(m_media, picture());
+        QVERIFY(!cache.read(m_media).isNull());
+    }
+
+    void trims_data() {
+        QTest::addColumn<qint64>("limit");
+        QTest::addColumn<QStringList>("left");
+        const QStringList all{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
+        // 100, 200, 300 and 400 bytes; oldest first: c, a, d, b.
+        QTest::newRow("exactly full") << qint64(1000) << all;
+        QTest::newRow("one byte over") << qint64(999) << QStringList{u"a"_s, u"b"_s, u"d"_s};
+        QTest::newRow("reaches the limit exactly") << qint64(600) << QStringList{u"b"_s, u"d"_s};
+        QTest::newRow("only the newest") << qint64(599) << QStringList{u"b"_s};
+        QTest::newRow("nothing") << qint64(0) << QStringList();
+    }
+
+    void trims() {
+        QFETCH(qint64, limit);
+        QFETCH(QStringList, left);
+        const ThumbnailDiskCache cache(directory());
+        cache.prepare();
+        QVERIFY(addFile("a", 100, 2000) && addFile("b", 200, 4000) && addFile("c", 300, 1000) &&
+                addFile("d", 400, 3000));
+        cache.prepare(limit);
+        QCOMPARE(entries(), left);
+    }
+
+    void trimsOnlyRegularVisibleFiles() {
+        const ThumbnailDiskCache cache(directory());
+        cache.prepare();
+        QVERIFY(addFile(".hidden", 5000, 1000) && addFile("seen", 100, 1000));
+        QVERIFY(addFile(".writing-1-0-abandoned.jpg", 100, 1000));
+        QVERIFY(addFile(".writing-1-1-growing.jpg", 100, ::time(nullptr)));
+        QVERIFY(QDir(directory().path()).mkdir(u"folder"_s));
+        QVERIFY(QFile::link(inside("seen"), inside("link")));
+        cache.prepare(100);
+        QVERIFY(QFile::exists(inside("seen")));
+        cache.prepare(99);
+        QVERIFY(!QFile::exists(inside("seen")));
+        QVERIFY(QFile::exists(inside(".hidden")));
+        QVERIFY(!QFile::exists(inside(".writing-1-0-abandoned.jpg")));
+        QVERIFY(QFile::exists(inside(".writing-1-1-growing.jpg")));
+        QVERIFY(QDir(inside("folder")).exists());
+        QVERIFY(!QFile::symLinkTarget(inside("link")).isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(ThumbnailCacheTest)
 #include "ThumbnailCacheTest.moc"

@@ -3,7 +3,7 @@
 
 #include "AppStateFixture.h"
 
-#include <algorithm>
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,165 +21,125 @@ QString names(const QList<MediaFile> &files) {
 class AppStateBrowsingTest : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init();
-    void derivesCurrentMedia_data();
-    void derivesCurrentMedia();
-    void flaggedItemsIgnoreTheView();
-    void everyTabAssignmentShowsTheFirstPage();
-    void flagsAPage();
-    void hidesAndRestoresVideos();
-    void stepsThroughTheMedia_data();
-    void stepsThroughTheMedia();
-    void stepsNowhereFromAnItemThatDroppedOut();
-    void movesVideos_data();
-    void movesVideos();
-    void resetsTheOrder();
-
-private:
     std::unique_ptr<AppStateFixture> m_fixture;
     AppState *m_state = nullptr;
+
+private Q_SLOTS:
+    void init() {
+        m_fixture = std::make_unique<AppStateFixture>();
+        m_state = m_fixture->state.get();
+        QVERIFY(m_fixture->show(scanResult("/f", 4, 3)));
+    }
+
+    void derivesCurrentMedia_data() {
+        QTest::addColumn<MediaKind>("tab");
+        QTest::addColumn<bool>("flaggedOnly");
+        QTest::addColumn<QString>("media");
+        QTest::newRow("videos") << MediaKind::video << false << "v0 v2 v3";
+        QTest::newRow("photos") << MediaKind::photo << false << "p0 p1 p2";
+        QTest::newRow("flagged videos") << MediaKind::video << true << "v3";
+        QTest::newRow("flagged photos") << MediaKind::photo << true << "p2";
+    }
+
+    void derivesCurrentMedia() {
+        QFETCH(MediaKind, tab);
+        QFETCH(bool, flaggedOnly);
+        m_state->hideVideo(m_state->videos()[1]);
+        m_state->setFlagged({u"/f/v1.mp4"_s, u"/f/v3.mp4"_s, u"/f/p2.jpg"_s, u"/gone.mp4"_s}, true);
+        m_state->setPage(2);
+        const QSignalSpy changes(m_state, &AppState::currentMediaChanged);
+        m_state->setActiveTab(tab);
+        // Any assignment, that of the same tab too, shows the first page.
+        QCOMPARE(m_state->page(), 0);
+        m_state->setViewFlaggedOnly(flaggedOnly);
+        QTEST(names(m_state->currentMedia()), "media");
+        QVERIFY(changes.size() >= 2);
+        // Whatever the view shows, removed videos included.
+        QCOMPARE(names(m_state->flaggedItems()), "v1 v3 p2"_L1);
+    }
+
+    void flagsAPage() {
+        m_state->toggleFlag(m_state->videos()[3]);
+        const QStringList page{u"/f/v0.mp4"_s, u"/f/v1.mp4"_s};
+        m_state->setFlagged(page, true);
+        m_state->setFlagged(page, true);
+        QCOMPARE(m_state->flagCount(), 3);
+        m_state->setViewFlaggedOnly(true);
+        QCOMPARE(names(m_state->currentMedia()), "v0 v1 v3"_L1);
+        m_state->setFlagged(page, false);
+        QCOMPARE(names(m_state->currentMedia()), "v3"_L1);
+        m_state->toggleFlag(m_state->videos()[3]);
+        QVERIFY(m_state->currentMedia().isEmpty());
+    }
+
+    void hidesAndRestoresVideos() {
+        m_state->setPage(1);
+        m_state->hideVideo(m_state->videos()[2]);
+        QCOMPARE(m_state->page(), 0);
+        QCOMPARE(names(m_state->currentMedia()), "v0 v1 v3"_L1);
+        m_state->setPage(1);
+        m_state->resetHiddenVideos();
+        QCOMPARE(m_state->page(), 0);
+        QCOMPARE(names(m_state->currentMedia()), "v0 v1 v2 v3"_L1);
+    }
+
+    void stepsThroughTheMedia_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<int>("to");
+        QTest::newRow("next") << 1 << 1 << 2;
+        QTest::newRow("previous") << 1 << -1 << 0;
+        QTest::newRow("not past the last") << 3 << 1 << 3;
+        QTest::newRow("not before the first") << 0 << -1 << 0;
+    }
+
+    void stepsThroughTheMedia() {
+        QFETCH(int, from);
+        QFETCH(int, offset);
+        QFETCH(int, to);
+        m_state->moveFullItem(offset);
+        QVERIFY(!m_state->fullItem());
+        m_state->setPage(1);
+        m_state->openFullItem(m_state->videos()[from]);
+        m_state->moveFullItem(offset);
+        QCOMPARE(m_state->fullItem(), m_state->videos()[to]);
+        QCOMPARE(m_state->page(), 1);
+    }
+
+    void stepsNowhereFromAnItemThatDroppedOut() {
+        m_state->setFlagged({u"/f/v0.mp4"_s, u"/f/v1.mp4"_s}, true);
+        m_state->setViewFlaggedOnly(true);
+        m_state->openFullItem(m_state->videos()[0]);
+        m_state->toggleFlag(m_state->videos()[0]);
+        m_state->moveFullItem(1);
+        QCOMPARE(m_state->fullItem(), m_state->videos()[0]);
+    }
+
+    void movesVideosAndResets_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("destination");
+        QTest::addColumn<QString>("order");
+        QTest::newRow("up") << 2 << 1 << "v0 v2 v1 v3";
+        QTest::newRow("down counts before the removal") << 1 << 3 << "v0 v2 v1 v3";
+        QTest::newRow("to the end") << 0 << 4 << "v1 v2 v3 v0";
+        QTest::newRow("to the start") << 3 << 0 << "v3 v0 v1 v2";
+        QTest::newRow("onto itself") << 1 << 1 << "v0 v1 v2 v3";
+        QTest::newRow("behind itself") << 1 << 2 << "v0 v1 v2 v3";
+        QTest::newRow("from nowhere") << 4 << 0 << "v0 v1 v2 v3";
+        QTest::newRow("to nowhere") << 0 << 5 << "v0 v1 v2 v3";
+    }
+
+    void movesVideosAndResets() {
+        QFETCH(int, from);
+        QFETCH(int, destination);
+        m_state->moveVideo(from, destination);
+        QTEST(names(m_state->videos()), "order");
+        m_state->setPage(1);
+        m_state->resetVideoOrder();
+        QCOMPARE(names(m_state->videos()), "v0 v1 v2 v3"_L1);
+        QCOMPARE(m_state->page(), 0);
+    }
 };
-
-void AppStateBrowsingTest::init() {
-    m_fixture = std::make_unique<AppStateFixture>();
-    m_state = m_fixture->state.get();
-    QVERIFY(m_fixture->show(scanResult("/f", 4, 3)));
-}
-
-void AppStateBrowsingTest::derivesCurrentMedia_data() {
-    QTest::addColumn<MediaKind>("tab");
-    QTest::addColumn<bool>("flaggedOnly");
-    QTest::addColumn<QString>("media");
-
-    QTest::newRow("videos") << MediaKind::video << false << "v0 v2 v3";
-    QTest::newRow("photos") << MediaKind::photo << false << "p0 p1 p2";
-    QTest::newRow("flagged videos") << MediaKind::video << true << "v3";
-    QTest::newRow("flagged photos") << MediaKind::photo << true << "p2";
-}
-
-void AppStateBrowsingTest::derivesCurrentMedia() {
-    QFETCH(MediaKind, tab);
-    QFETCH(bool, flaggedOnly);
-    m_state->hideVideo(m_state->videos()[1]);
-    m_state->setFlagged(
-        {QStringLiteral("/f/v1.mp4"), QStringLiteral("/f/v3.mp4"), QStringLiteral("/f/p2.jpg")}, true);
-    const QSignalSpy changes(m_state, &AppState::currentMediaChanged);
-    m_state->setActiveTab(tab);
-    m_state->setViewFlaggedOnly(flaggedOnly);
-    QTEST(names(m_state->currentMedia()), "media");
-    QVERIFY(changes.size() >= 2);
-}
-
-void AppStateBrowsingTest::flaggedItemsIgnoreTheView() {
-    m_state->hideVideo(m_state->videos()[1]);
-    m_state->setFlagged({QStringLiteral("/f/p0.jpg"), QStringLiteral("/f/v3.mp4"),
-                         QStringLiteral("/f/v1.mp4"), QStringLiteral("/gone.mp4")},
-                        true);
-    m_state->setActiveTab(MediaKind::photo);
-    QCOMPARE(names(m_state->flaggedItems()), QStringLiteral("v1 v3 p0"));
-}
-
-void AppStateBrowsingTest::everyTabAssignmentShowsTheFirstPage() {
-    m_state->setPage(2);
-    const QSignalSpy tabs(m_state, &AppState::activeTabChanged);
-    m_state->setActiveTab(m_state->activeTab());
-    QCOMPARE(m_state->page(), 0);
-    QCOMPARE(tabs.size(), 1);
-}
-
-void AppStateBrowsingTest::flagsAPage() {
-    m_state->toggleFlag(m_state->videos()[3]);
-    const QStringList page{QStringLiteral("/f/v0.mp4"), QStringLiteral("/f/v1.mp4")};
-    m_state->setFlagged(page, true);
-    m_state->setFlagged(page, true);
-    QCOMPARE(m_state->flagCount(), 3);
-    m_state->setViewFlaggedOnly(true);
-    QCOMPARE(names(m_state->currentMedia()), QStringLiteral("v0 v1 v3"));
-    m_state->setFlagged(page, false);
-    QCOMPARE(names(m_state->currentMedia()), QStringLiteral("v3"));
-    QVERIFY(m_state->isFlagged(QStringLiteral("/f/v3.mp4")));
-    m_state->toggleFlag(m_state->videos()[3]);
-    QVERIFY(m_state->currentMedia().isEmpty());
-}
-
-void AppStateBrowsingTest::hidesAndRestoresVideos() {
-    m_state->setPage(1);
-    m_state->hideVideo(m_state->videos()[2]);
-    QCOMPARE(m_state->page(), 0);
-    QCOMPARE(names(m_state->currentMedia()), QStringLiteral("v0 v1 v3"));
-    QCOMPARE(m_state->hiddenVideoCount(), 1);
-    m_state->setPage(1);
-    m_state->resetHiddenVideos();
-    QCOMPARE(m_state->page(), 0);
-    QCOMPARE(names(m_state->currentMedia()), QStringLiteral("v0 v1 v2 v3"));
-}
-
-void AppStateBrowsingTest::stepsThroughTheMedia_data() {
-    QTest::addColumn<int>("from");
-    QTest::addColumn<int>("offset");
-    QTest::addColumn<int>("to");
-
-    QTest::newRow("next") << 1 << 1 << 2;
-    QTest::newRow("previous") << 1 << -1 << 0;
-    QTest::newRow("not past the last") << 3 << 1 << 3;
-    QTest::newRow("not before the first") << 0 << -1 << 0;
-}
-
-void AppStateBrowsingTest::stepsThroughTheMedia() {
-    QFETCH(int, from);
-    QFETCH(int, offset);
-    QFETCH(int, to);
-    m_state->moveFullItem(offset);
-    QVERIFY(!m_state->fullItem());
-    m_state->setPage(1);
-    m_state->openFullItem(m_state->videos()[from]);
-    m_state->moveFullItem(offset);
-    QCOMPARE(m_state->fullItem(), m_state->videos()[to]);
-    QCOMPARE(m_state->page(), 1);
-    m_state->closeFullItem();
-    QVERIFY(!m_state->fullItem());
-}
-
-void AppStateBrowsingTest::stepsNowhereFromAnItemThatDroppedOut() {
-    m_state->setFlagged({QStringLiteral("/f/v0.mp4"), QStringLiteral("/f/v1.mp4")}, true);
-    m_state->setViewFlaggedOnly(true);
-    m_state->openFullItem(m_state->videos()[0]);
-    m_state->toggleFlag(m_state->videos()[0]);
-    m_state->moveFullItem(1);
-    QCOMPARE(m_state->fullItem(), m_state->videos()[0]);
-}
-
-void AppStateBrowsingTest::movesVideos_data() {
-    QTest::addColumn<int>("from");
-    QTest::addColumn<int>("destination");
-    QTest::addColumn<QString>("order");
-
-    QTest::newRow("up") << 2 << 1 << "v0 v2 v1 v3";
-    QTest::newRow("down counts before the removal") << 1 << 3 << "v0 v2 v1 v3";
-    QTest::newRow("to the end") << 0 << 4 << "v1 v2 v3 v0";
-    QTest::newRow("to the start") << 3 << 0 << "v3 v0 v1 v2";
-    QTest::newRow("onto itself") << 1 << 1 << "v0 v1 v2 v3";
-    QTest::newRow("behind itself") << 1 << 2 << "v0 v1 v2 v3";
-    QTest::newRow("from nowhere") << 4 << 0 << "v0 v1 v2 v3";
-    QTest::newRow("to nowhere") << 0 << 5 << "v0 v1 v2 v3";
-}
-
-void AppStateBrowsingTest::movesVideos() {
-    QFETCH(int, from);
-    QFETCH(int, destination);
-    m_state->moveVideo(from, destination);
-    QTEST(names(m_state->videos()), "order");
-}
-
-void AppStateBrowsingTest::resetsTheOrder() {
-    m_state->moveVideo(0, 3);
-    m_state->moveVideo(3, 0);
-    m_state->setPage(1);
-    m_state->resetVideoOrder();
-    QCOMPARE(names(m_state->videos()), QStringLiteral("v0 v1 v2 v3"));
-    QCOMPARE(m_state->page(), 0);
-}
 
 QTEST_GUILESS_MAIN(AppStateBrowsingTest)
 #include "AppStateBrowsingTest.moc"

@@ -2,254 +2,226 @@
 #include <QTest>
 
 #include "AppStateFixture.h"
+#include "FileSystemError.h"
+
+using namespace Qt::StringLiterals;
 
 class AppStateNavigationTest : public QObject {
     Q_OBJECT
 
+    std::unique_ptr<AppStateFixture> m_fixture;
+    AppState *m_state = nullptr;
+
+    QString lastFolder() const { return m_fixture->preferences.values.value(u"MosaLastFolder"_s); }
+    bool shows(const QByteArray &folder) const { return m_state->folder() == FileURL::directory(folder); }
+    Call<ScanResult> &scan(size_t index) { return m_fixture->scans[index]; }
+
 private Q_SLOTS:
-    void choosesATab_data();
-    void choosesATab();
-    void showsTheScanAndResetsTheRest();
-    void keepsTheOldFolderWhileScanning();
-    void opensTheFolderOfAFile_data();
-    void opensTheFolderOfAFile();
-    void supersedesAScan();
-    void aHungFolderBlocksNoOther();
-    void reportsAFailedScan();
-    void goesBack();
-    void goesBackDuringAScan();
-    void choosesAFolder();
-    void endsDuringAScan();
-};
-
-void AppStateNavigationTest::choosesATab_data() {
-    QTest::addColumn<MediaKind>("before");
-    QTest::addColumn<int>("videos");
-    QTest::addColumn<int>("photos");
-    QTest::addColumn<MediaKind>("after");
-
-    QTest::newRow("only photos") << MediaKind::video << 0 << 2 << MediaKind::photo;
-    QTest::newRow("only videos") << MediaKind::photo << 2 << 0 << MediaKind::video;
-    QTest::newRow("both, photos before") << MediaKind::photo << 2 << 2 << MediaKind::photo;
-    QTest::newRow("both, videos before") << MediaKind::video << 2 << 2 << MediaKind::video;
-    QTest::newRow("neither") << MediaKind::photo << 0 << 0 << MediaKind::photo;
-}
-
-void AppStateNavigationTest::choosesATab() {
-    QFETCH(MediaKind, before);
-    QFETCH(int, videos);
-    QFETCH(int, photos);
-    AppStateFixture fixture;
-    fixture.state->setActiveTab(before);
-    QVERIFY(fixture.show(scanResult("/f", videos, photos)));
-    QTEST(fixture.state->activeTab(), "after");
-    QCOMPARE(fixture.preferences.values.value(QStringLiteral("MosaLastFolder")), QStringLiteral("/f"));
-}
-
-void AppStateNavigationTest::showsTheScanAndResetsTheRest() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    QVERIFY(fixture.show(scanResult("/a", 4, 4)));
-    state.toggleFlag(state.videos()[0]);
-    state.hideVideo(state.videos()[1]);
-    state.setViewFlaggedOnly(true);
-    state.openFullItem(state.videos()[0]);
-    state.setPage(3);
-
-    ScanResult next = scanResult("/b", 1, 2);
-    next.folders = {{FileURL::directory("/b/c"), QStringLiteral("c"), 9, std::nullopt}};
-    QVERIFY(fixture.show(next));
-    QCOMPARE(state.videos(), next.videos);
-    QCOMPARE(state.photos(), next.photos);
-    QCOMPARE(state.folders(), next.folders);
-    QCOMPARE(state.flagCount(), 0);
-    QCOMPARE(state.hiddenVideoCount(), 0);
-    QVERIFY(!state.viewFlaggedOnly());
-    QVERIFY(!state.fullItem());
-    QCOMPARE(state.page(), 0);
-    QVERIFY(!state.statusMessage());
-    QVERIFY(!state.errorMessage());
-}
-
-void AppStateNavigationTest::keepsTheOldFolderWhileScanning() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    QVERIFY(fixture.show(scanResult("/a", 2, 0)));
-    QVERIFY(!state.canNavigateBack());
-    const QSignalSpy historySpy(&state, &AppState::historyChanged);
-    state.openFolder(FileURL::directory("/x/na %1 me"), true);
-    QVERIFY(state.isScanning());
-    QCOMPARE(state.statusMessage(), QStringLiteral("Scanning na %1 me\u2026"));
-    QCOMPARE(state.folder(), FileURL::directory("/a"));
-    QCOMPARE(state.videos().size(), 2);
-    QVERIFY(state.canNavigateBack());
-    QCOMPARE(historySpy.size(), 1);
-}
-
-void AppStateNavigationTest::opensTheFolderOfAFile_data() {
-    QTest::addColumn<bool>("isDirectory");
-    QTest::addColumn<bool>("readFails");
-    QTest::addColumn<QByteArray>("scanned");
-    QTest::addColumn<QString>("status");
-
-    const QString parent = QStringLiteral("Scanning a\u2026");
-    QTest::newRow("folder") << true << false << QByteArray("/a/b") << QStringLiteral("Scanning b\u2026");
-    QTest::newRow("file") << false << false << QByteArray("/a") << parent;
-    QTest::newRow("unreadable") << false << true << QByteArray("/a") << parent;
-}
-
-void AppStateNavigationTest::opensTheFolderOfAFile() {
-    QFETCH(bool, isDirectory);
-    QFETCH(bool, readFails);
-    QFETCH(QByteArray, scanned);
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    QVERIFY(fixture.show(scanResult("/start", 1, 1)));
-    state.openFolder(FileURL::fromNativePath("/a/b"), true);
-    QCOMPARE(state.statusMessage(), QStringLiteral("Scanning b\u2026"));
-    if (readFails) {
-        fixture.directoryTests.back().fail(ScanFailure("no"));
-    } else {
-        fixture.directoryTests.back().answer(isDirectory);
+    void init() {
+        m_fixture = std::make_unique<AppStateFixture>();
+        m_state = m_fixture->state.get();
     }
-    QTRY_COMPARE(fixture.scans.size(), 2);
-    QCOMPARE(fixture.scans.back().url.nativePath(), scanned);
-    QTEST(state.statusMessage().value_or(QString()), "status");
-    fixture.scans.back().answer(scanResult(scanned, 1, 0));
-    QTRY_COMPARE(state.folder(), FileURL::directory(scanned));
-    // One opening is one step back, however often it was re-targeted.
-    state.navigateBack();
-    QCOMPARE(state.folder(), FileURL::directory("/start"));
-    QVERIFY(!state.canNavigateBack());
-}
 
-void AppStateNavigationTest::supersedesAScan() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    QVERIFY(fixture.show(scanResult("/start", 1, 1)));
-    const QSignalSpy folderSpy(&state, &AppState::folderChanged);
-    state.openFolder(FileURL::directory("/a"), true);
-    state.openFolder(FileURL::directory("/b"), true);
-    QVERIFY(fixture.scans[1].isCancelled());
-    fixture.scans[1].answer(scanResult("/a", 3, 0));
-    QTest::qWait(20);
-    QVERIFY(state.isScanning());
-    QCOMPARE(state.statusMessage(), QStringLiteral("Scanning b\u2026"));
-    fixture.scans[2].answer(scanResult("/b", 2, 0));
-    QTRY_VERIFY(!state.isScanning());
-    QCOMPARE(state.folder(), FileURL::directory("/b"));
-    QCOMPARE(folderSpy.size(), 1);
-    state.navigateBack();
-    state.navigateBack();
-    QCOMPARE(state.folder(), FileURL::directory("/start"));
-    QVERIFY(!state.canNavigateBack());
-}
+    void choosesATab_data() {
+        QTest::addColumn<MediaKind>("before");
+        QTest::addColumn<int>("videos");
+        QTest::addColumn<int>("photos");
+        QTest::addColumn<MediaKind>("after");
+        QTest::newRow("only photos") << MediaKind::video << 0 << 2 << MediaKind::photo;
+        QTest::newRow("only videos") << MediaKind::photo << 2 << 0 << MediaKind::video;
+        QTest::newRow("both, photos before") << MediaKind::photo << 2 << 2 << MediaKind::photo;
+        QTest::newRow("both, videos before") << MediaKind::video << 2 << 2 << MediaKind::video;
+        QTest::newRow("neither") << MediaKind::photo << 0 << 0 << MediaKind::photo;
+    }
 
-void AppStateNavigationTest::aHungFolderBlocksNoOther() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    state.openFolder(FileURL::fromNativePath("/hung/a"), true);
-    state.openFolder(FileURL::fromNativePath("/b"), true);
-    fixture.directoryTests[1].answer(true);
-    QTRY_COMPARE(fixture.scans.size(), 1);
-    fixture.scans[0].answer(scanResult("/b", 1, 0));
-    QTRY_COMPARE(state.folder(), FileURL::directory("/b"));
-    // The old answer comes after all, and starts nothing.
-    fixture.directoryTests[0].answer(true);
-    QTest::qWait(20);
-    QCOMPARE(fixture.scans.size(), 1);
-    QVERIFY(!state.isScanning());
-}
+    void choosesATab() {
+        QFETCH(MediaKind, before);
+        QFETCH(int, videos);
+        QFETCH(int, photos);
+        m_state->setActiveTab(before);
+        QVERIFY(m_fixture->show(scanResult("/f", videos, photos)));
+        QTEST(m_state->activeTab(), "after");
+        QCOMPARE(lastFolder(), "/f"_L1);
+    }
 
-void AppStateNavigationTest::reportsAFailedScan() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    QVERIFY(fixture.show(scanResult("/a", 1, 1)));
-    state.openFolder(FileURL::directory("/b"), true);
-    fixture.scans.back().fail(ScanFailure("The folder “b” could not be read."));
-    QTRY_VERIFY(!state.isScanning());
-    QCOMPARE(state.errorMessage(), QStringLiteral("The folder “b” could not be read."));
-    QVERIFY(!state.statusMessage());
-    QCOMPARE(state.folder(), FileURL::directory("/a"));
-    QCOMPARE(fixture.preferences.values.value(QStringLiteral("MosaLastFolder")), QStringLiteral("/a"));
-    // The step back that the failed opening left leads to the folder that still shows.
-    QVERIFY(state.canNavigateBack());
-    state.navigateBack();
-    QCOMPARE(state.folder(), FileURL::directory("/a"));
-    QVERIFY(!state.errorMessage());
-}
+    void showsTheScanAndResetsTheRest() {
+        QVERIFY(m_fixture->show(scanResult("/a", 4, 4)));
+        m_state->toggleFlag(m_state->videos()[0]);
+        m_state->hideVideo(m_state->videos()[1]);
+        m_state->setViewFlaggedOnly(true);
+        m_state->openFullItem(m_state->videos()[0]);
+        m_state->setPage(3);
 
-void AppStateNavigationTest::goesBack() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    state.navigateBack();
-    QVERIFY(fixture.preferences.values.isEmpty());
+        ScanResult next = scanResult("/b", 1, 2);
+        next.folders = {{FileURL::directory("/b/c"), u"c"_s, 9, std::nullopt}};
+        QVERIFY(m_fixture->show(next));
+        QCOMPARE(m_state->videos(), next.videos);
+        QCOMPARE(m_state->photos(), next.photos);
+        QCOMPARE(m_state->folders(), next.folders);
+        QCOMPARE(m_state->flagCount() + m_state->hiddenVideoCount() + m_state->page(), 0);
+        QVERIFY(!m_state->viewFlaggedOnly() && !m_state->fullItem());
+        QVERIFY(!m_state->statusMessage() && !m_state->errorMessage());
+    }
 
-    QVERIFY(fixture.show(scanResult("/a", 4, 4)));
-    state.moveVideo(0, 4);
-    const QList<MediaFile> order = state.videos();
-    state.setActiveTab(MediaKind::photo);
-    state.toggleFlag(state.photos()[1]);
-    state.hideVideo(state.videos()[0]);
-    state.setPage(2);
-    const QSet<QString> flags = state.flags();
-    const QSet<QString> hidden = state.hiddenVideos();
+    void keepsTheOldFolderWhileScanning() {
+        QVERIFY(m_fixture->show(scanResult("/a", 2, 0)));
+        QVERIFY(!m_state->canNavigateBack());
+        m_state->openFolder(FileURL::directory("/x/na %1 me"), true);
+        QVERIFY(m_state->isScanning());
+        QCOMPARE(m_state->statusMessage(), u"Scanning na %1 me\u2026"_s);
+        QVERIFY(shows("/a"));
+        QCOMPARE(m_state->videos().size(), 2);
+        QVERIFY(m_state->canNavigateBack());
+    }
 
-    QVERIFY(fixture.show(scanResult("/b", 1, 0)));
-    state.setViewFlaggedOnly(true);
-    state.openFullItem(state.videos()[0]);
-    state.navigateBack();
-    QCOMPARE(state.folder(), FileURL::directory("/a"));
-    QCOMPARE(state.videos(), order);
-    QCOMPARE(state.activeTab(), MediaKind::photo);
-    QCOMPARE(state.page(), 2);
-    QCOMPARE(state.flags(), flags);
-    QCOMPARE(state.hiddenVideos(), hidden);
-    QVERIFY(!state.viewFlaggedOnly());
-    QVERIFY(!state.fullItem());
-    QCOMPARE(fixture.preferences.values.value(QStringLiteral("MosaLastFolder")), QStringLiteral("/a"));
-}
+    void opensTheFolderOfAFile_data() {
+        QTest::addColumn<bool>("isDirectory");
+        QTest::addColumn<bool>("readFails");
+        QTest::addColumn<QByteArray>("scanned");
+        QTest::addColumn<QString>("status");
+        QTest::newRow("folder") << true << false << "/a/b"_ba << u"Scanning b\u2026"_s;
+        QTest::newRow("file") << false << false << "/a"_ba << u"Scanning a\u2026"_s;
+        QTest::newRow("unreadable") << false << true << "/a"_ba << u"Scanning a\u2026"_s;
+    }
 
-void AppStateNavigationTest::goesBackDuringAScan() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    QVERIFY(fixture.show(scanResult("/a", 1, 1)));
-    state.openFolder(FileURL::directory("/b"), true);
-    state.navigateBack();
-    QVERIFY(!state.isScanning());
-    QVERIFY(!state.statusMessage());
-    QVERIFY(fixture.scans.back().isCancelled());
-    fixture.scans.back().answer(scanResult("/b", 5, 0));
-    QTest::qWait(20);
-    QCOMPARE(state.folder(), FileURL::directory("/a"));
-    QCOMPARE(state.videos().size(), 1);
-}
+    void opensTheFolderOfAFile() {
+        QFETCH(bool, isDirectory);
+        QFETCH(bool, readFails);
+        QFETCH(QByteArray, scanned);
+        QVERIFY(m_fixture->show(scanResult("/start", 1, 1)));
+        m_state->openFolder(FileURL::fromNativePath("/a/b"), true);
+        QCOMPARE(m_state->statusMessage(), u"Scanning b\u2026"_s);
+        if (readFails) {
+            m_fixture->directoryTests.back().fail(FileSystemError({}, EIO));
+        } else {
+            m_fixture->directoryTests.back().answer(isDirectory);
+        }
+        QTRY_COMPARE(m_fixture->scans.size(), 2);
+        QCOMPARE(scan(1).url.nativePath(), scanned);
+        QTEST(m_state->statusMessage().value_or(QString()), "status");
+        scan(1).answer(scanResult(scanned, 1, 0));
+        QTRY_VERIFY(shows(scanned));
+        // One opening is one step back, however often it was re-targeted.
+        m_state->navigateBack();
+        QVERIFY(shows("/start"));
+        QVERIFY(!m_state->canNavigateBack());
+    }
 
-void AppStateNavigationTest::choosesAFolder() {
-    AppStateFixture fixture;
-    AppState &state = *fixture.state;
-    state.chooseFolder();
-    state.chooseFolder();
-    QCOMPARE(fixture.chooser.shown.size(), 1);
-    QCOMPARE(fixture.chooser.shown[0].title, QStringLiteral("Open a folder in Mosa"));
-    QCOMPARE(fixture.chooser.shown[0].prompt, QStringLiteral("Open"));
-    fixture.chooser.shown[0].answer(std::nullopt);
-    // Once the answer has arrived, the chooser can be shown anew.
-    QTRY_VERIFY((state.chooseFolder(), fixture.chooser.shown.size() == 2));
-    QVERIFY(!state.isScanning());
-    fixture.chooser.shown[1].answer(FileURL::directory("/c"));
-    QTRY_COMPARE(fixture.scans.size(), 1);
-    QCOMPARE(fixture.scans[0].url, FileURL::directory("/c"));
-}
+    void supersedesAScan() {
+        QVERIFY(m_fixture->show(scanResult("/start", 1, 1)));
+        const QSignalSpy folderSpy(m_state, &AppState::folderChanged);
+        m_state->openFolder(FileURL::directory("/a"), true);
+        m_state->openFolder(FileURL::directory("/b"), true);
+        QVERIFY(scan(1).isCancelled());
+        scan(1).answer(scanResult("/a", 3, 0));
+        QTest::qWait(20);
+        QVERIFY(m_state->isScanning());
+        QCOMPARE(m_state->statusMessage(), u"Scanning b\u2026"_s);
+        scan(2).answer(scanResult("/b", 2, 0));
+        QTRY_VERIFY(!m_state->isScanning());
+        QVERIFY(shows("/b"));
+        QCOMPARE(folderSpy.size(), 1);
+        m_state->navigateBack();
+        m_state->navigateBack();
+        QVERIFY(shows("/start"));
+        QVERIFY(!m_state->canNavigateBack());
+    }
 
-void AppStateNavigationTest::endsDuringAScan() {
-    AppStateFixture fixture;
-    fixture.state->openFolder(FileURL::directory("/a"), true);
-    fixture.state.reset();
-    QVERIFY(fixture.scans[0].isCancelled());
-    fixture.scans[0].answer(scanResult("/a", 1, 1));
-    QTest::qWait(20);
-}
+    void aHungFolderBlocksNoOther() {
+        m_state->openFolder(FileURL::fromNativePath("/hung/a"), true);
+        m_state->openFolder(FileURL::fromNativePath("/b"), true);
+        m_fixture->directoryTests[1].answer(true);
+        QTRY_COMPARE(m_fixture->scans.size(), 1);
+        scan(0).answer(scanResult("/b", 1, 0));
+        QTRY_VERIFY(shows("/b"));
+        // The old answer comes after all, and starts nothing.
+        m_fixture->directoryTests[0].answer(true);
+        QTest::qWait(20);
+        QCOMPARE(m_fixture->scans.size(), 1);
+        QVERIFY(!m_state->isScanning());
+    }
+
+    void reportsAFailedScan() {
+        QVERIFY(m_fixture->show(scanResult("/a", 1, 1)));
+        m_state->openFolder(FileURL::directory("/b"), true);
+        const FileSystemError error(FileURL::directory("/b"), EACCES);
+        scan(1).fail(error);
+        QTRY_VERIFY(!m_state->isScanning());
+        QCOMPARE(m_state->errorMessage(), error.message());
+        QVERIFY(!m_state->statusMessage());
+        QVERIFY(shows("/a"));
+        QCOMPARE(lastFolder(), "/a"_L1);
+        // The step back that the failed opening left leads to the folder that still shows.
+        QVERIFY(m_state->canNavigateBack());
+        m_state->navigateBack();
+        QVERIFY(shows("/a"));
+        QVERIFY(!m_state->errorMessage());
+    }
+
+    void goesBack() {
+        m_state->navigateBack();
+        QVERIFY(m_fixture->preferences.values.isEmpty());
+
+        QVERIFY(m_fixture->show(scanResult("/a", 4, 4)));
+        m_state->moveVideo(0, 4);
+        const QList<MediaFile> order = m_state->videos();
+        m_state->setActiveTab(MediaKind::photo);
+        m_state->toggleFlag(m_state->photos()[1]);
+        m_state->hideVideo(m_state->videos()[0]);
+        m_state->setPage(2);
+        const QSet<QString> flags = m_state->flags();
+        const QSet<QString> hidden = m_state->hiddenVideos();
+
+        QVERIFY(m_fixture->show(scanResult("/b", 1, 0)));
+        m_state->setViewFlaggedOnly(true);
+        m_state->openFullItem(m_state->videos()[0]);
+        m_state->navigateBack();
+        QVERIFY(shows("/a"));
+        QCOMPARE(m_state->videos(), order);
+        QCOMPARE(m_state->activeTab(), MediaKind::photo);
+        QCOMPARE(m_state->page(), 2);
+        QCOMPARE(m_state->flags(), flags);
+        QCOMPARE(m_state->hiddenVideos(), hidden);
+        QVERIFY(!m_state->viewFlaggedOnly() && !m_state->fullItem());
+        QCOMPARE(lastFolder(), "/a"_L1);
+    }
+
+    void goesBackDuringAScan() {
+        QVERIFY(m_fixture->show(scanResult("/a", 1, 1)));
+        m_state->openFolder(FileURL::directory("/b"), true);
+        m_state->navigateBack();
+        QVERIFY(!m_state->isScanning() && !m_state->statusMessage());
+        QVERIFY(scan(1).isCancelled());
+        scan(1).answer(scanResult("/b", 5, 0));
+        QTest::qWait(20);
+        QVERIFY(shows("/a"));
+        QCOMPARE(m_state->videos().size(), 1);
+    }
+
+    void choosesAFolder() {
+        auto &shown = m_fixture->chooser.shown;
+        m_state->chooseFolder();
+        m_state->chooseFolder();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(shown[0].title, "Open a folder in Mosa"_L1);
+        QCOMPARE(shown[0].prompt, "Open"_L1);
+        shown[0].answer(std::nullopt);
+        // Once the answer has arrived, the chooser can be shown anew.
+        QTRY_VERIFY((m_state->chooseFolder(), shown.size() == 2));
+        QVERIFY(!m_state->isScanning());
+        shown[1].answer(FileURL::directory("/c"));
+        QTRY_COMPARE(m_fixture->scans.size(), 1);
+        QCOMPARE(scan(0).url, FileURL::directory("/c"));
+    }
+
+    void endsDuringAScan() {
+        m_state->openFolder(FileURL::directory("/a"), true);
+        m_fixture->state.reset();
+        QVERIFY(scan(0).isCancelled());
+        scan(0).answer(scanResult("/a", 1, 1));
+        QTest::qWait(20);
+    }
+};
 
 QTEST_GUILESS_MAIN(AppStateNavigationTest)
 #include "AppStateNavigationTest.moc"
