@@ -47,6 +47,15 @@ char32_t codePoint(const uchar *s, qsizetype length) {
     return point;
 }
 
+bool isAscii(const QByteArray &bytes) {
+    // Without a way out of the loop, so that it runs over many bytes at once.
+    uchar all = 0;
+    for (const char byte : bytes) {
+        all |= uchar(byte);
+    }
+    return all < 0x80;
+}
+
 QByteArray normalized(QByteArray path) {
     while (path.size() > 1 && path.endsWith('/')) {
         path.chop(1);
@@ -82,6 +91,9 @@ std::optional<QByteArray> localPath(const QByteArray &argument) {
 } // namespace
 
 QString FileURL::decode(const QByteArray &bytes) {
+    if (isAscii(bytes)) {
+        return QString::fromLatin1(bytes);
+    }
     // Not QString::fromUtf8(), which drops a byte order mark and replaces what it does not know.
     QString text(bytes.size(), Qt::Uninitialized);
     const auto *s = reinterpret_cast<const uchar *>(bytes.constData());

@@ -8,8 +8,6 @@
 
 namespace {
 
-/// Paths as the files themselves hold them: over a long list, looking bytes up is far cheaper than making
-/// every item's path text.
 QSet<QByteArray> nativePaths(const QSet<QString> &paths) {
     QSet<QByteArray> native;
     native.reserve(paths.size());
@@ -22,6 +20,11 @@ QSet<QByteArray> nativePaths(const QSet<QString> &paths) {
 } // namespace
 
 void AppState::keepIf(QList<MediaFile> &files, const QSet<QString> &paths, bool contained) {
+    // Making every item's path text is dear, unless the paths to be made bytes are as many.
+    if (paths.size() > files.size() / 4) {
+        files.removeIf([&](const MediaFile &file) { return paths.contains(file.id()) != contained; });
+        return;
+    }
     const QSet<QByteArray> native = nativePaths(paths);
     files.removeIf(
         [&](const MediaFile &file) { return native.contains(file.url.nativePath()) != contained; });

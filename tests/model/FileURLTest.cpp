@@ -13,31 +13,31 @@ private Q_SLOTS:
     void mapping_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("text");
-        const auto escaped = [](uchar byte) { return QString(QChar(char16_t(0xDC00 + byte))); };
-        QTest::newRow("ascii") << "/a/b c.jpg"_ba << u"/a/b c.jpg"_s;
-        QTest::newRow("empty") << QByteArray() << QString();
-        QTest::newRow("two, three, four bytes") << "/\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8C\x85"_ba << u"/ä€🌅"_s;
-        QTest::newRow("latin-1") << "/caf\xE9"_ba << u"/caf"_s + escaped(0xE9);
-        QTest::newRow("cut sequence") << "/\xE2\x82"_ba << u"/"_s + escaped(0xE2) + escaped(0x82);
-        QTest::newRow("overlong slash") << "\xC0\xAF"_ba << escaped(0xC0) + escaped(0xAF);
-        QTest::newRow("overlong three") << "\xE0\x80\xAF"_ba << escaped(0xE0) + escaped(0x80) + escaped(0xAF);
-        QTest::newRow("overlong four")
-            << "\xF0\x80\x80\xAF"_ba << escaped(0xF0) + escaped(0x80) + escaped(0x80) + escaped(0xAF);
-        // The UTF-8 form of a surrogate, alone and as a pair, is not UTF-8.
-        QTest::newRow("surrogate") << "\xED\xB3\xA9"_ba << escaped(0xED) + escaped(0xB3) + escaped(0xA9);
-        QTest::newRow("CESU-8") << "\xED\xA0\xBC\xED\xBC\x85"_ba
-                                << escaped(0xED) + escaped(0xA0) + escaped(0xBC) + escaped(0xED) +
-                                       escaped(0xBC) + escaped(0x85);
-        QTest::newRow("beyond Unicode")
-            << "\xF4\x90\x80\x80"_ba << escaped(0xF4) + escaped(0x90) + escaped(0x80) + escaped(0x80);
-        QTest::newRow("last character") << "\xF4\x8F\xBF\xBF"_ba << u"\U0010FFFF"_s;
-        QTest::newRow("byte order mark") << "\xEF\xBB\xBFx"_ba << QString(QChar(0xFEFF)) + u'x';
-        QTest::newRow("byte order mark after a stray byte")
-            << "/\xFF\xEF\xBB\xBFx"_ba << u"/"_s + escaped(0xFF) + QChar(0xFEFF) + u'x';
+        const auto row = [](const char *name, const QByteArray &bytes, QString text,
+                            const QByteArray &escaped = {}) {
+            for (const char byte : escaped) {
+                text += QChar(char16_t(0xDC00 + uchar(byte)));
+            }
+            QTest::newRow(name) << bytes << text;
+        };
+        const auto stray = [&](const char *name, const QByteArray &bytes) { row(name, bytes, {}, bytes); };
+        row("ascii", "/a/b c.jpg", u"/a/b c.jpg"_s);
+        row("empty", "", {});
+        row("control", "/a\nb\x7F\x01", u"/a\nb\x7F\x01"_s);
+        row("two, three, four bytes", "/\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8C\x85", u"/ä€🌅"_s);
+        row("last character", "\xF4\x8F\xBF\xBF", u"\U0010FFFF"_s);
+        row("byte order mark", "\xEF\xBB\xBFx", QChar(0xFEFF) + u"x"_s);
+        row("latin-1", "/caf\xE9", u"/caf"_s, "\xE9");
         // Its low surrogate lies in the range of the escapes.
-        QTest::newRow("low surrogate like an escape")
-            << "\xF0\x90\x82\x80\x80"_ba << u"\U00010080"_s + escaped(0x80);
-        QTest::newRow("control") << "/a\nb\x7F\x01"_ba << u"/a\nb\x7F\x01"_s;
+        row("low surrogate like an escape", "\xF0\x90\x82\x80\x80", u"\U00010080"_s, "\x80");
+        stray("cut sequence", "\xE2\x82");
+        stray("overlong slash", "\xC0\xAF");
+        stray("overlong three", "\xE0\x80\xAF");
+        stray("overlong four", "\xF0\x80\x80\xAF");
+        // The UTF-8 form of a surrogate, alone and as a pair, is not UTF-8.
+        stray("surrogate", "\xED\xB3\xA9");
+        stray("CESU-8", "\xED\xA0\xBC\xED\xBC\x85");
+        stray("beyond Unicode", "\xF4\x90\x80\x80");
     }
 
     void mapping() {
@@ -65,21 +65,19 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QString>("extension");
         QTest::addColumn<QByteArray>("parent");
-        QTest::newRow("file") << "/a/b.JPG"_ba
-                              << "b.JPG"_ba << u"JPG"_s << "/a"_ba;
-        QTest::newRow("folder") << "/a/b/"_ba
-                                << "b"_ba << QString() << "/a"_ba;
-        QTest::newRow("two dots") << "/a.b/c.tar.gz"_ba
-                                  << "c.tar.gz"_ba << u"gz"_s << "/a.b"_ba;
-        QTest::newRow("hidden") << "/.jpg"_ba
-                                << ".jpg"_ba << QString() << "/"_ba;
-        QTest::newRow("hidden with extension") << "/.a.jpg"_ba
-                                               << ".a.jpg"_ba << u"jpg"_s << "/"_ba;
-        QTest::newRow("dot at end") << "/a/b."_ba
-                                    << "b."_ba << QString() << "/a"_ba;
-        QTest::newRow("root") << "/"_ba
-                              << "/"_ba << QString() << "/"_ba;
-        QTest::newRow("empty") << QByteArray() << QByteArray() << QString() << QByteArray();
+        const auto row = [](const char *title, const char *path, const char *name, const char *extension,
+                            const char *parent) {
+            QTest::newRow(title) << QByteArray(path) << QByteArray(name) << QString::fromLatin1(extension)
+                                 << QByteArray(parent);
+        };
+        row("file", "/a/b.JPG", "b.JPG", "JPG", "/a");
+        row("folder", "/a/b/", "b", "", "/a");
+        row("two dots", "/a.b/c.tar.gz", "c.tar.gz", "gz", "/a.b");
+        row("hidden", "/.jpg", ".jpg", "", "/");
+        row("hidden with extension", "/.a.jpg", ".a.jpg", "jpg", "/");
+        row("dot at end", "/a/b.", "b.", "", "/a");
+        row("root", "/", "/", "", "/");
+        row("empty", "", "", "", "");
     }
 
     void components() {

@@ -1,106 +1,82 @@
 #include "VideoStill.h"
 
 #include "MediaMaker.h"
+#include "TemporaryFolder.h"
 
+#include <QColor>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/stat.h>
-
 using namespace Qt::StringLiterals;
-
-/// Arguments are separated by single spaces; files are names in the test's folder.
+using MediaMaker::VideoOptions;
+Q_DECLARE_METATYPE(VideoOptions)
 
 class VideoStillTest : public QObject {
     Q_OBJECT
 
-    FileURL url(const QByteArray &name) const {
-        return FileURL::fromNativePath(m_folder.path().toUtf8() + '/' + name);
-    }
+    TemporaryFolder m_folder;
 
-    QTemporaryDir m_folder;
+    FileURL url(const QByteArray &name) const { return m_folder.at(name); }
 
+    /// Arguments are separated by single spaces; files are names in the test's folder.
     bool ffmpeg(const QByteArray &arguments) const {
         QProcess process;
-        process.setWorkingDirectory(m_folder.path());
+        process.setWorkingDirectory(m_folder.url().path());
         process.start(u"ffmpeg"_s,
                       QStringList{u"-v"_s, u"error"_s, u"-y"_s} + QString::fromUtf8(arguments).split(u' '));
         return process.waitForFinished(60'000) && process.exitCode() == 0;
     }
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(m_folder.isValid()); }
-    void everyContainer_data() {
+    void showsThePicture_data() {
         QTest::addColumn<QByteArray>("extension");
-        for (const QByteArray &extension : MediaMaker::videoExtensions()) {
-            QTest::newRow(extension.constData()) << extension;
-        }
-    }
-
-    void everyContainer() {
-        QFETCH(QByteArray, extension);
-        const FileURL file = url("clip." + extension);
-        QVERIFY(MediaMaker::video(file, {.size = {176, 144}}));
-        const QImage still = VideoStill::frame(file, 88);
-        QCOMPARE(still.size(), QSize(88, 72));
-        QCOMPARE(still.format(), QImage::Format_RGB32);
-        QCOMPARE(still.pixelColor(3, 3).alpha(), 255);
-        QVERIFY(MediaMaker::showsPattern(still));
-    }
-
-    void shapes_data() {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<int>("rotation");
-        QTest::addColumn<QByteArray>("sampleAspect");
-        QTest::addColumn<bool>("indexAtEnd");
+        QTest::addColumn<VideoOptions>("options");
         QTest::addColumn<QSize>("expected");
-        QTest::newRow("small, not enlarged") << QSize(160, 120) << 0 << "1:1"_ba << true << QSize(160, 120);
-        QTest::newRow("index first") << QSize(640, 480) << 0 << "1:1"_ba << false << QSize(320, 240);
-        QTest::newRow("quarter turn") << QSize(240, 320) << 90 << "1:1"_ba << true << QSize(240, 320);
-        QTest::newRow("half turn") << QSize(640, 480) << 180 << "1:1"_ba << true << QSize(320, 240);
-        QTest::newRow("three quarters") << QSize(480, 640) << 270 << "1:1"_ba << true << QSize(240, 320);
-        QTest::newRow("wide pixels") << QSize(320, 240) << 0 << "2:1"_ba << true << QSize(320, 120);
-        QTest::newRow("narrow pixels") << QSize(320, 240) << 0 << "1:2"_ba << true << QSize(160, 240);
-        QTest::newRow("turned wide pixels") << QSize(240, 320) << 90 << "2:1"_ba << true << QSize(120, 320);
+        for (const QByteArray &extension : MediaMaker::videoExtensions()) {
+            QTest::newRow(extension.constData())
+                << extension << VideoOptions{.size = {640, 480}} << QSize(320, 240);
+        }
+        const auto row = [](const char *name, const VideoOptions &options, QSize expected,
+                            const char *extension = "mp4") {
+            QTest::newRow(name) << QByteArray(extension) << options << expected;
+        };
+        row("small, not enlarged", {.size = {160, 120}}, {160, 120});
+        row("index first", {.size = {640, 480}, .indexAtEnd = false}, {320, 240});
+        row("quarter turn", {.size = {240, 320}, .rotation = 90}, {240, 320});
+        row("half turn", {.size = {640, 480}, .rotation = 180}, {320, 240});
+        row("three quarters", {.size = {480, 640}, .rotation = 270}, {240, 320});
+        row("wide pixels", {.size = {320, 240}, .sampleAspect = "2:1"}, {320, 120});
+        row("narrow pixels", {.size = {320, 240}, .sampleAspect = "1:2"}, {160, 240});
+        row("turned wide pixels", {.size = {240, 320}, .rotation = 90, .sampleAspect = "2:1"}, {120, 320});
+        row("HEVC", {.codec = "libx265"}, {320, 240});
+        row("VP9", {.codec = "libvpx-vp9"}, {320, 240}, "webm");
+        row("Motion JPEG, full range", {.codec = "mjpeg"}, {320, 240}, "mov");
+        row("MPEG-2 in a transport stream", {.codec = "mpeg2video"}, {320, 240}, "ts");
+        row("sound alone", {.video = false, .audio = true}, {0, 0});
     }
 
-    void shapes() {
-        QFETCH(QSize, size);
-        QFETCH(int, rotation);
-        QFETCH(QByteArray, sampleAspect);
-        QFETCH(bool, indexAtEnd);
+    void showsThePicture() {
+        QFETCH(QByteArray, extension);
+        QFETCH(VideoOptions, options);
         QFETCH(QSize, expected);
-        const FileURL file = url("shaped.mp4");
-        QVERIFY(MediaMaker::video(
-            file,
-            {.size = size, .rotation = rotation, .sampleAspect = sampleAspect, .indexAtEnd = indexAtEnd}));
+        const FileURL file = url("clip." + extension);
+        QVERIFY(MediaMaker::video(file, options));
         const QImage still = VideoStill::frame(file, 320);
         QCOMPARE(still.size(), expected);
-        QVERIFY(MediaMaker::showsPattern(still));
+        QCOMPARE(MediaMaker::showsPattern(still), !expected.isEmpty());
+        QVERIFY(still.isNull() ||
+                (still.format() == QImage::Format_RGB32 && qAlpha(still.pixel(3, 3)) == 255));
     }
 
-    void codecs_data() {
-        QTest::addColumn<QByteArray>("codec");
-        QTest::addColumn<QByteArray>("extension");
-        QTest::newRow("HEVC") << "libx265"_ba
-                              << "mp4"_ba;
-        QTest::newRow("VP9") << "libvpx-vp9"_ba
-                             << "webm"_ba;
-        QTest::newRow("Motion JPEG, full range") << "mjpeg"_ba
-                                                 << "mov"_ba;
-        QTest::newRow("MPEG-2 in a transport stream") << "mpeg2video"_ba
-                                                      << "ts"_ba;
-    }
-
-    void codecs() {
-        QFETCH(QByteArray, codec);
-        QFETCH(QByteArray, extension);
-        const FileURL file = url("codec." + extension);
-        QVERIFY(MediaMaker::video(file, {.codec = codec}));
-        QVERIFY(MediaMaker::showsPattern(VideoStill::frame(file, 320)));
+    /// Pixels written behind an image's last row spoil the heap, which notices when it is used again.
+    void everyWidthStaysInTheImage() {
+        for (const QSize size : {QSize(180, 136), QSize(540, 406), QSize(404, 538)}) {
+            QVERIFY(MediaMaker::video(url("unscaled.mp4"), {.size = size}));
+            for (int i = 0; i < 8; ++i) {
+                QCOMPARE(VideoStill::frame(url("unscaled.mp4"), 720).size(), size);
+            }
+        }
     }
 
     void takesTheFrameAtOneFifth_data() {
@@ -114,8 +90,8 @@ private Q_SLOTS:
                                           << "-g 25"_ba << QColor(Qt::blue);
         QTest::newRow("one key frame only") << "key.mp4"_ba
                                             << "-g 9999"_ba << QColor(Qt::red);
-        QTest::newRow("unknown duration, at 1 s") << "live.mkv"_ba
-                                                  << "-g 25 -live 1"_ba << QColor(Qt::green);
+        QTest::newRow("unknown duration") << "live.mkv"_ba
+                                          << "-g 25 -live 1"_ba << QColor(Qt::green);
     }
 
     void takesTheFrameAtOneFifth() {
@@ -146,30 +122,6 @@ private Q_SLOTS:
         QVERIFY(MediaMaker::showsPattern(still));
     }
 
-    void refuses_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("missing") << QByteArray();
-        QTest::newRow("empty") << QByteArray("");
-        QTest::newRow("zeros") << QByteArray(300'000, '\0');
-        QTest::newRow("noise") << MediaMaker::noise(300'000);
-        QTest::newRow("text") << "#EXTM3U\n/etc/passwd\n"_ba.repeated(5000);
-    }
-
-    void refuses() {
-        QFETCH(QByteArray, content);
-        for (const char *name : {"refused.mp4", "refused.ts", "refused.mpg", "refused.avi"}) {
-            const FileURL file = url(name);
-            QFile::remove(file.path());
-            QVERIFY(content.isNull() || MediaMaker::write(file, content));
-            QVERIFY(VideoStill::frame(file, 720).isNull());
-        }
-        QFile::remove(url("refused.mp4").path());
-        QCOMPARE(::mkfifo(url("refused.mp4").nativePath().constData(), 0600), 0);
-        QVERIFY(VideoStill::frame(url("refused.mp4"), 720).isNull());
-        QVERIFY(MediaMaker::video(url("sound.mp4"), {.video = false, .audio = true}));
-        QVERIFY(VideoStill::frame(url("sound.mp4"), 720).isNull());
-    }
-
     void damagedFilesEnd_data() {
         QTest::addColumn<QByteArray>("extension");
         for (const char *extension : {"mp4", "mkv", "ts", "avi", "flv", "mpg", "wmv", "ogv"}) {
@@ -181,23 +133,26 @@ private Q_SLOTS:
         QFETCH(QByteArray, extension);
         QVERIFY(MediaMaker::video(url("whole." + extension), {.size = {176, 144}, .indexAtEnd = false}));
         const QByteArray content = MediaMaker::read(url("whole." + extension));
+        QList<QByteArray> variants{{}, QByteArray(300'000, '\0'), MediaMaker::noise(300'000)};
+        for (int i = 1; i < 8; ++i) {
+            QByteArray changed = content;
+            for (int j = 0; j < 40; ++j) {
+                changed.replace((j * 997 * i) % (changed.size() - 8), 4,
+                                MediaMaker::noise(4, quint32(i + j)));
+            }
+            variants << content.left(content.size() * i / 8) << changed;
+        }
         const FileURL damaged = url("damaged." + extension);
         QElapsedTimer timer;
         timer.start();
-        for (int i = 1; i < 8; ++i) {
-            QVERIFY(MediaMaker::write(damaged, content.left(content.size() * i / 8)));
-            VideoStill::frame(damaged, 320);
-            QByteArray bytes = content;
-            for (int j = 0; j < 40; ++j) {
-                bytes.replace((j * 997 * i) % (bytes.size() - 8), 4, MediaMaker::noise(4, quint32(i + j)));
-            }
-            QVERIFY(MediaMaker::write(damaged, bytes));
+        for (const QByteArray &variant : std::as_const(variants)) {
+            QVERIFY(MediaMaker::write(damaged, variant));
             const QImage still = VideoStill::frame(damaged, 320);
             QVERIFY(still.width() <= 320 && still.height() <= 320);
         }
         // Each of the attempts is bounded.
-        QVERIFY(timer.elapsed() < 14 * (VideoStill::timeLimit + 5) * 1000);
-        // What is left of a file cut in half still gives a picture.
+        QVERIFY(timer.elapsed() < variants.size() * (VideoStill::timeLimit + 5) * 1000);
+        // What is left of a file that was cut still gives a picture.
         QVERIFY(MediaMaker::write(damaged, content.left(content.size() * 3 / 4)));
         QVERIFY(!VideoStill::frame(damaged, 320).isNull());
     }

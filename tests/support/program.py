@@ -78,6 +78,9 @@ class Mosa:
     def key(self, *names):
         subprocess.run(["xdotool", "key", *names], check=True)
 
+    def type(self, text):
+        subprocess.run(["xdotool", "type", "--delay", "15", text], check=True)
+
     def point(self, node):
         """Moves the pointer to the middle of a control, in two steps so that it enters and moves."""
         x, y = node.centre
