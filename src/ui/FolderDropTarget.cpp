@@ -18,10 +18,24 @@ std::optional<FileURL> FolderDropTarget::firstFile(const QMimeData &data) {
     return std::nullopt;
 }
 
+bool FolderDropTarget::leavesFilesAlone(QDropEvent &event) {
+    for (const Qt::DropAction action : {Qt::CopyAction, Qt::LinkAction}) {
+        if (event.possibleActions().testFlag(action)) {
+            event.setDropAction(action);
+            return true;
+        }
+    }
+    return false;
+}
+
 void FolderDropTarget::dragEnterEvent(QDragEnterEvent *event) {
-    const bool acceptable = event->mimeData()->hasUrls();
-    event->setAccepted(acceptable);
-    setTargeted(acceptable);
+    setTargeted(event->mimeData()->hasUrls() && leavesFilesAlone(*event));
+    event->setAccepted(m_targeted);
+}
+
+void FolderDropTarget::dragMoveEvent(QDragMoveEvent *event) {
+    // What is not accepted over and over cannot be dropped.
+    event->setAccepted(leavesFilesAlone(*event) && m_targeted);
 }
 
 void FolderDropTarget::dragLeaveEvent(QDragLeaveEvent *) {
@@ -31,14 +45,10 @@ void FolderDropTarget::dragLeaveEvent(QDragLeaveEvent *) {
 void FolderDropTarget::dropEvent(QDropEvent *event) {
     setTargeted(false);
     const std::optional<FileURL> url = firstFile(*event->mimeData());
-    if (!url) {
-        event->ignore();
-        return;
+    event->setAccepted(leavesFilesAlone(*event) && url);
+    if (event->isAccepted()) {
+        Q_EMIT dropped(*url);
     }
-    // The other program keeps its file, whatever it offered.
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    Q_EMIT dropped(*url);
 }
 
 void FolderDropTarget::setTargeted(bool targeted) {

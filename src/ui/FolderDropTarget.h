@@ -29,10 +29,13 @@ Q_SIGNALS:
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
 private:
+    /// Asks for an action after which the other program keeps its files; false when it offers none.
+    static bool leavesFilesAlone(QDropEvent &event);
     void setTargeted(bool targeted);
 
     bool m_targeted = false;
