@@ -14,6 +14,7 @@ MenuCommands::MenuCommands(const Targets &targets, QObject *parent) : QObject(pa
     addViewMenu();
     addHelpMenu();
     addQuit();
+    connect(&m_targets.window, &MainWindow::pressMissed, this, &MenuCommands::followPress);
 }
 
 MenuCommand *MenuCommands::add(MenuCommand::Menu menu, const QString &name, const QString &title,
@@ -26,6 +27,17 @@ MenuCommand *MenuCommands::add(MenuCommand::Menu menu, const QString &name, cons
 MenuCommand *MenuCommands::command(const QString &name) const {
     const auto found = std::ranges::find(m_commands, name, &MenuCommand::name);
     return found == m_commands.end() ? nullptr : *found;
+}
+
+void MenuCommands::followPress(const KeyPress &press) {
+    if (!press.command || press.characters.isEmpty()) {
+        return;
+    }
+    const QKeySequence keys(Qt::CTRL | Qt::Key(press.characters.front().toUpper().unicode()));
+    const auto found = std::ranges::find(m_commands, keys, &MenuCommand::keys);
+    if (found != m_commands.end()) {
+        (*found)->trigger();
+    }
 }
 
 void MenuCommands::setSuspended(bool suspended) {

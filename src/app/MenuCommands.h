@@ -9,6 +9,7 @@ class AppState;
 class FileManager;
 class MainWindow;
 class MosaUpdaterController;
+struct KeyPress;
 
 /// The program's menu commands, in the order in which menus show them. Main thread.
 class MenuCommands : public QObject {
@@ -47,6 +48,8 @@ private:
     void addViewMenu();
     void addHelpMenu();
     void addQuit();
+    /// Shortcuts by the place of their keys, for keyboards without Latin letters.
+    void followPress(const KeyPress &press);
     QQmlListProperty<MenuCommand> commandList() { return {this, &m_commands}; }
 
     Targets m_targets;

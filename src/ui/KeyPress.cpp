@@ -2,11 +2,13 @@
 
 #include <QChar>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 /// Hardware codes of an X keyboard, which Wayland shares: the kernel's code + 8.
-constexpr quint32 scanCodeOfF = 41;
-constexpr quint32 scanCodeOfLeftBracket = 34;
+constexpr std::pair<quint32, char16_t> latinKeys[] = {{24, u'q'}, {32, u'o'}, {34, u'['}, {41, u'f'}};
 
 bool isNonLatinLetter(int key) {
     if (key <= 0 || key > 0xFFFF) {
@@ -17,14 +19,8 @@ bool isNonLatinLetter(int key) {
 }
 
 QString latinAt(quint32 scanCode) {
-    switch (scanCode) {
-    case scanCodeOfF:
-        return QStringLiteral("f");
-    case scanCodeOfLeftBracket:
-        return QStringLiteral("[");
-    default:
-        return {};
-    }
+    const auto found = std::ranges::find(latinKeys, scanCode, &std::pair<quint32, char16_t>::first);
+    return found == std::end(latinKeys) ? QString() : QString(QChar(found->second));
 }
 
 QString charactersOf(const QKeyEvent &event) {

@@ -9,7 +9,7 @@ struct KeyPress {
 
     Key key = Key::other;
     /// What the key types without modifiers; the same place of a Latin keyboard where the layout has no Latin
-    /// letters. Empty for keys that type nothing.
+    /// letters, as far as the program has a use for the key. Empty for keys that type nothing.
     QString characters;
     bool command = false;
 
