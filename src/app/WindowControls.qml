@@ -29,6 +29,7 @@ Row {
     WindowControl {
         anchors.verticalCenter: parent.verticalCenter
         name: qsTr("Zoom")
+        Accessible.description: root.host.maximised ? qsTr("Maximised") : ""
         glyph: root.host.maximised ? "M 4.2 4.2 L 7.8 4.2 L 7.8 7.8 L 4.2 7.8 Z" : "M 3.8 6 L 8.2 6 M 6 3.8 L 6 8.2"
         onActivated: root.host.toggleMaximised()
     }

@@ -31,7 +31,8 @@ MainWindow::MainWindow(Preferences *preferences, FileManager *fileManager)
 
 void MainWindow::open() {
     m_autosave.restore(firstFrame);
-    show();
+    // show() would forget that the window is to be maximised.
+    setVisible(true);
 }
 
 void MainWindow::toggleFullScreen() {
@@ -87,6 +88,9 @@ bool MainWindow::event(QEvent *event) {
     --m_eventDepth;
     if (m_eventDepth == 0) {
         dragBackground(event);
+        if (event->type() == QEvent::KeyPress && !event->isAccepted()) {
+            Q_EMIT pressMissed(KeyPress::fromEvent(*static_cast<QKeyEvent *>(event)));
+        }
     }
     return handled;
 }

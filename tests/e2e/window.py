@@ -1,178 +1,170 @@
-"""The window itself: its controls, menu, edges, place and end, and the second start."""
+"""The window itself: its edges, place, states and end, and what comes to it from outside."""
 
 import os
 import pathlib
 import signal
+import socket
 import subprocess
 import time
 
+import samples
 import scenario
 from accessibility import wait_until
-from scenario import BUTTON, MENU_ITEM, Scenario
+from scenario import BUTTON, Scenario
 
-MENU_BUTTON = ("push button", "push button menu")
+
+def xdotool(*arguments):
+    return subprocess.run(["xdotool", *map(str, arguments)], capture_output=True, text=True, check=False).stdout
 
 
 def window_of(process):
     """The window's id, once it is on the screen."""
-    def found():
-        search = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid), "--name", "^Mosa$"],
-                                capture_output=True, text=True, check=False)
-        return search.stdout.split()
-    return wait_until(found, "the window on the screen", 40)[-1]
+    return wait_until(lambda: xdotool("search", "--onlyvisible", "--pid", process.pid, "--name", "^Mosa$").split(),
+                      "the window on the screen", 60)[-1]
 
 
 def frame(window):
     """x, y, width and height in pixels."""
-    text = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window], capture_output=True, text=True,
-                          check=True).stdout
-    values = dict(line.split("=") for line in text.split())
+    values = dict(line.split("=") for line in xdotool("getwindowgeometry", "--shell", window).split())
     return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
 
 
-def settled(window, seconds=20.0):
+def settled(window):
     """The frame once it has not changed for a moment."""
-    last = []
-
     def steady():
-        last.append(frame(window))
+        before = frame(window)
         time.sleep(0.3)
-        return last[-1] if frame(window) == last[-1] else None
-    return wait_until(steady, "a window that keeps still", seconds)
+        return before if frame(window) == before else None
+    return wait_until(steady, "a window that keeps still")
 
 
-def drag(start, end):
-    """Presses at a point of the screen, moves and releases. Waits after what the program has to answer: a window
-    manager that is asked to move a window after the button is up moves nothing."""
-    def xdotool(*arguments):
-        subprocess.run(["xdotool", *map(str, arguments)], check=True)
-    xdotool("mousemove", *start)
-    time.sleep(0.3)
-    xdotool("mousedown", 1)
-    time.sleep(0.3)
+def drag(window, start, end):
+    """Presses at a point of the screen and moves until the window follows; only then is the way gone to its end. A
+    window manager that is asked to move a window after the button is up moves nothing."""
+    before = frame(window)
     near = [a + (12 if b > a else -12) for a, b in zip(start, end)]
-    xdotool("mousemove", *near)
-    time.sleep(1.5)
-    xdotool("mousemove", *end)
-    time.sleep(0.5)
-    xdotool("mouseup", 1)
+    xdotool("mousemove", *start, "mousedown", 1)
+
+    def follows():
+        xdotool("mousemove", near[0] - 2, near[1] - 2, "mousemove", *near)
+        return frame(window) != before
+    try:
+        wait_until(follows, "the window to follow the pointer")
+        xdotool("mousemove", *end)
+        return settled(window)
+    finally:
+        xdotool("mouseup", 1)
 
 
 class Window(Scenario):
-    def opened(self):
-        mosa = self.mosa()
+    def opened(self, *arguments, **environment):
+        mosa = self.mosa(*arguments, **environment)
         mosa.see(BUTTON, "Close")
         return mosa, window_of(mosa.process)
 
     def test_ends_by_every_way_out(self):
         ways = {
-            "the close control": lambda mosa, window: mosa.press(BUTTON, "Close"),
-            "Ctrl+Q": lambda mosa, window: mosa.key("ctrl+q"),
-            "the window manager": lambda mosa, window: subprocess.run(
-                ["xdotool", "key", "alt+F4"], check=True),
-            "an interrupt": lambda mosa, window: mosa.process.send_signal(signal.SIGINT),
+            "the close control": lambda mosa: mosa.press(BUTTON, "Close"),
+            "Ctrl+Q": lambda mosa: mosa.key("ctrl+q"),
+            "the window manager": lambda mosa: mosa.key("alt+F4"),
+            "an interrupt": lambda mosa: mosa.process.send_signal(signal.SIGINT),
         }
         for name, leave in ways.items():
             with self.subTest(name):
-                mosa, window = self.opened()
-                leave(mosa, window)
+                mosa, _ = self.opened()
+                leave(mosa)
                 self.assertEqual(mosa.wait(), 0)
-
-    def test_menu_by_keyboard_and_accessibility(self):
-        mosa, _ = self.opened()
-        mosa.key("F10")
-        for title in ("About Mosa", "Check for Updates…", "Open Folder…", "Back", "Enter Full Screen", "Mosa Help",
-                      "Send Mosa Feedback…", "Quit Mosa"):
-            mosa.see(MENU_ITEM, title)
-        mosa.key("Escape")
-        mosa.see_gone(MENU_ITEM, "Quit Mosa")
-
-        mosa.press(MENU_BUTTON, "Menu")
-        mosa.press(MENU_ITEM, "About Mosa")
-        mosa.see(name="Browse the videos and photos of a folder.")
-        mosa.key("Escape")
-        mosa.see_gone(name="Browse the videos and photos of a folder.")
-
-        mosa.key("F10", "Down", "Down", "Return")
-        mosa.key("F10", "Up", "Return")
-        self.assertEqual(mosa.wait(), 0, "the last entry quits")
 
     def test_place_is_kept(self):
         mosa, window = self.opened()
         x, y, width, height = settled(window)
+        self.assertEqual((width, height), (1440, 900))
         # By its background, well away from every control.
-        drag((x + 300, y + height - 40), (x + 340, y + height - 10))
-        moved = settled(window)
-        self.assertNotEqual(moved[:2], (x, y), "the background moves the window")
-        self.assertEqual(moved[2:], (width, height))
-
-        # By its lower right corner.
+        moved = drag(window, (x + 300, y + height - 40), (x + 340, y + height - 10))
+        self.assertEqual(moved[2:], (width, height), "the background moves the window")
         x, y = moved[:2]
-        drag((x + width - 3, y + height - 3), (x + width - 103, y + height - 83))
-        resized = settled(window)
-        self.assertLess(resized[2], width)
-        self.assertLess(resized[3], height)
+        # By its lower right corner, beyond the least size; then by two edges.
+        self.assertEqual(drag(window, (x + width - 3, y + height - 3), (x + 200, y + 200)), (x, y, 920, 620))
+        wider = drag(window, (x + 2, y + 300), (x - 18, y + 300))
+        self.assertEqual(wider, (x - 20, y, 940, 620))
+        higher = drag(window, (x + 400, y + 2), (x + 400, y - 8))
+        self.assertEqual(higher, (x - 20, y - 10, 940, 630))
+
+        mosa.press(BUTTON, "Zoom")
+        mosa.see(BUTTON, "Zoom", value="Maximised")
         mosa.press(BUTTON, "Close")
         self.assertEqual(mosa.wait(), 0)
-
         mosa, window = self.opened()
-        self.assertEqual(settled(window), resized)
+        mosa.see(BUTTON, "Zoom", value="Maximised")
+        mosa.press(BUTTON, "Zoom")
+        wait_until(lambda: frame(window) == higher, "the frame of before")
+
+    def test_a_place_on_a_screen_that_has_gone_is_left(self):
+        (self.home / "config/Mosa").mkdir()
+        (self.home / "config/Mosa/Mosa.conf").write_text(
+            "[General]\nMosaMainWindow=5000 3000 1200 700 4800 2800 1920 1080 0 DP-9\n")
+        _, window = self.opened()
+        self.assertEqual(settled(window), (200, 150, 1200, 700), "in the middle of the screen that is there")
 
     def test_zooms_and_fills_the_screen(self):
         mosa, window = self.opened()
         small = settled(window)
-        x, y, _, height = small
+        spot = small[0] + 300, small[1] + small[3] - 40
+        whole = 0, 0, 1600, 1000
+        zoomed = lambda: mosa.see(BUTTON, "Zoom", value="Maximised")  # noqa: E731
+        filled = lambda: mosa.see_gone(BUTTON, "Zoom")  # noqa: E731
         ways = {
-            "the zoom control": lambda: mosa.press(BUTTON, "Zoom"),
-            "a double click": lambda: subprocess.run(
-                ["xdotool", "mousemove", str(x + 300), str(y + height - 40), "click", "--repeat", "2", "--delay",
-                 "60", "1"], check=True),
-            "F11": lambda: mosa.key("F11"),
-            "F": lambda: mosa.key("f"),
+            "the zoom control": (lambda: mosa.press(BUTTON, "Zoom"), zoomed),
+            "a double click": (lambda: xdotool("mousemove", *spot, "click", "--repeat", 2, "--delay", 60, 1), zoomed),
+            "F11": (lambda: mosa.key("F11"), filled),
+            "F": (lambda: mosa.key("f"), filled),
         }
-        for name, act in ways.items():
+        for name, (act, large) in ways.items():
             with self.subTest(name):
                 act()
-                wait_until(lambda: frame(window)[2] > small[2], "a larger window")
-                time.sleep(0.6)
+                large()
+                wait_until(lambda: frame(window) == whole, "the whole screen")
                 act()
+                mosa.see(BUTTON, "Zoom", value="")
                 wait_until(lambda: frame(window) == small, "the frame of before")
-                time.sleep(0.6)
 
-    def test_second_start_hands_over(self):
-        folder = self.home / "ä b"
-        folder.mkdir()
+    def test_a_second_start_hands_over_its_first_folder_and_raises(self):
         mosa, window = self.opened()
-        second = self.mosa(str(folder))
+        xdotool("windowminimize", window)
+        wait_until(lambda: not xdotool("search", "--onlyvisible", "--name", "^Mosa$"), "the window to go")
+        second = self.mosa(samples.folder(self.home / "ä b", photos=2), samples.folder(self.home / "c", photos=1))
         self.assertEqual(second.wait(), 0)
-        # Whatever becomes of a folder without media, it is this window that is asked to show it.
-        self.assertIsNone(mosa.process.poll())
-        wait_until(lambda: mosa.all(BUTTON, "Choose Folder…") == [], "the folder in the first window")
+        mosa.see(name="Photos 2")
+        wait_until(lambda: xdotool("getactivewindow").strip() == window, "the window in front")
+
+    def test_of_several_dropped_folders_the_first_opens(self):
+        mosa, _ = self.opened()
+        folders = [samples.folder(self.home / name, photos=count) for name, count in (("ü 1", 2), ("b", 1))]
+        source = subprocess.Popen([os.environ["MOSA_DRAG_SOURCE"], *[folder.as_uri() for folder in folders]],
+                                  stdout=subprocess.PIPE, text=True)
+        self.addCleanup(source.stdout.close)
+        self.addCleanup(source.wait)
+        self.addCleanup(source.kill)
+        wait_until(lambda: xdotool("search", "--onlyvisible", "--name", "^drag source$"), "the drag's source")
+        xdotool("mousemove", 20, 20, "mousedown", 1)
+        for point in ((30, 30), (45, 45), (300, 300), (500, 400), (501, 400)):
+            xdotool("mousemove", *point)
+            time.sleep(0.3)
+        # A drop where the target has not said yet that it takes it is none at all.
+        time.sleep(1)
+        xdotool("mouseup", 1)
+        mosa.see(name="Photos 2")
+        self.assertEqual(source.stdout.readline(), "copied\n", "the source keeps its files")
 
     def test_starts_where_the_bus_is_stuck(self):
-        with Stuck(pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / "stuck") as address:
+        path = pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / "stuck"
+        with socket.socket(socket.AF_UNIX) as bus:
+            bus.bind(str(path))
+            bus.listen(5)
+            address = f"unix:path={path}"
             began = time.monotonic()
-            mosa = self.mosa(DBUS_SESSION_BUS_ADDRESS=address, DBUS_SYSTEM_BUS_ADDRESS=address)
-            window_of(mosa.process)
+            window_of(self.mosa(DBUS_SESSION_BUS_ADDRESS=address, DBUS_SYSTEM_BUS_ADDRESS=address).process)
             self.assertLess(time.monotonic() - began, 20, "a connection would have timed out after 25 s")
-
-
-class Stuck:
-    """The socket of a bus that never answers."""
-
-    def __init__(self, path):
-        self._path = path
-
-    def __enter__(self):
-        import socket
-        self._socket = socket.socket(socket.AF_UNIX)
-        self._socket.bind(str(self._path))
-        self._socket.listen(5)
-        return f"unix:path={self._path}"
-
-    def __exit__(self, *_):
-        self._socket.close()
-        self._path.unlink()
 
 
 if __name__ == "__main__":

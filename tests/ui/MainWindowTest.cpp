@@ -102,6 +102,9 @@ private Q_SLOTS:
         QVERIFY(kept.has_value());
         QCOMPARE(kept->frame, frame);
         QCOMPARE(kept->maximised, maximisedAgain);
+        MainWindow again(&preferences);
+        again.open();
+        QCOMPARE(again.isMaximised(), maximisedAgain);
     }
 
     void announcesFullScreen_data() {
