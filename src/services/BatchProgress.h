@@ -14,8 +14,8 @@ public:
 
     explicit BatchProgress(Show show);
 
-    /// May be called from any thread and outlive the object. The first report is shown at once, the latest one
-    /// soon.
+    /// May be called from any thread and outlive the object. The first report is shown at once, the latest
+    /// one soon.
     FileOperations::Progress reporter() const;
     /// Nothing is shown from now on. On the object's thread.
     void end() const;

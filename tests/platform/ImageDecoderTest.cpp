@@ -1,5 +1,6 @@
 #include "ImageDecoder.h"
 
+#include "ExifOrientation.h"
 #include "MediaMaker.h"
 #include "TemporaryFolder.h"
 
@@ -7,6 +8,7 @@
 #include <QColorSpace>
 #include <QFile>
 #include <QImageWriter>
+#include <QProcess>
 #include <QTest>
 #include <QtEndian>
 
@@ -107,6 +109,15 @@ qint64 peakMemory() {
     return at < 0 ? 0 : content.mid(at + 6, content.indexOf('k', at) - at - 6).trimmed().toLongLong() * 1024;
 }
 
+/// Transparent in the middle, away from what showsPattern looks at.
+QImage withHole(const QImage &image) {
+    QImage picture = image.convertToFormat(QImage::Format_ARGB32);
+    for (int i = 0; i < 40 * 40; ++i) {
+        picture.setPixelColor(300 + i % 40, 220 + i / 40, Qt::transparent);
+    }
+    return picture;
+}
+
 bool isNear(const QColor &a, const QColor &b) {
     return std::abs(a.red() - b.red()) < 5 && std::abs(a.green() - b.green()) < 5 &&
            std::abs(a.blue() - b.blue()) < 5;
@@ -205,9 +216,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, container);
         QImage picture = MediaMaker::pattern({640, 480}).convertToFormat(format);
         const bool alpha = picture.hasAlphaChannel();
-        // A hole in the middle, away from what showsPattern looks at.
-        for (int i = 0; alpha && i < 40 * 40; ++i) {
-            picture.setPixelColor(300 + i % 40, 220 + i / 40, Qt::transparent);
+        if (alpha) {
+            picture = withHole(picture).convertToFormat(format);
         }
         const QImage thumbnail = ImageDecoder::thumbnail(made(encoded(picture, container.constData())), 320);
         QCOMPARE(thumbnail.size(), QSize(320, 240));
@@ -296,6 +306,94 @@ private Q_SLOTS:
         const FileURL pipe = m_folder.at("pipe.jpg");
         ::mkfifo(pipe.nativePath().constData(), 0600);
         QVERIFY(ImageDecoder::thumbnail(pipe, 720).isNull());
+    }
+
+    void exifOrientation_data() {
+        QTest::addColumn<QByteArray>("tiff");
+        QTest::addColumn<int>("expected");
+        const QByteArray body = MediaMaker::exifOrientation(6, false);
+        QTest::newRow("big or little endian, 6") << body << int(QImageIOHandler::TransformationRotate90);
+        QTest::newRow("empty") << QByteArray() << 0;
+        QTest::newRow("no TIFF") << QByteArray(64, 'x') << 0;
+        QTest::newRow("directory beyond the end") << QByteArray("II*\0\xFF\xFF\xFF\x7F\0\0", 10) << 0;
+        QTest::newRow("many entries, none there") << QByteArray("II*\0\x08\0\0\0\xFF\xFF", 10) << 0;
+        QTest::newRow("out of range")
+            << QByteArray("II*\0\x08\0\0\0\1\0\x12\1\3\0\1\0\0\0\x63\0\0\0", 22) << 0;
+        QTest::newRow("little endian, 8") << QByteArray("II*\0\x08\0\0\0\1\0\x12\1\3\0\1\0\0\0\x08\0\0\0", 22)
+                                          << int(QImageIOHandler::TransformationRotate270);
+        QTest::newRow("big endian, 2") << QByteArray("MM\0*\0\0\0\x08\0\1\1\x12\0\3\0\0\0\1\0\2\0\0", 22)
+                                       << int(QImageIOHandler::TransformationMirror);
+    }
+
+    void exifOrientation() {
+        QFETCH(QByteArray, tiff);
+        QFETCH(int, expected);
+        QCOMPARE(int(ExifOrientation::transformation(tiff)), expected);
+        // A cut structure is never read beyond.
+        for (qsizetype length = 0; length < tiff.size(); ++length) {
+            const QByteArray cut = tiff.left(length);
+            ExifOrientation::transformation(cut);
+        }
+    }
+
+    void madeByOtherPrograms_data() {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QByteArray>("arguments");
+        const auto jpeg = [](const char *name, const QByteArray &options) {
+            QTest::newRow(name) << u"convert"_s << "source.png -quality 95 " + options + " jpeg:made";
+        };
+        jpeg("CMYK JPEG", "-colorspace CMYK");
+        jpeg("grey JPEG", "-colorspace Gray");
+        jpeg("progressive JPEG", "-interlace JPEG");
+        jpeg("JPEG of whole colours", "-sampling-factor 4:4:4");
+        jpeg("JPEG of quarter colours", "-sampling-factor 4x1,1x1,1x1");
+        const auto heic = [](const char *name, const QByteArray &options, const char *source = "source.png") {
+            QTest::newRow(name) << u"heif-enc"_s
+                                << "-p preset=ultrafast -q 90 " + options + source + " -o made";
+        };
+        heic("HEIC", "");
+        heic("HEIC of 10 bit", "-b 10 ");
+        heic("HEIC of whole colours", "-p chroma=444 ");
+        heic("HEIC with alpha", "", "hole.png");
+    }
+
+    /// Decoders are apt to mistake the range and the matrix of colours, or a plane for another.
+    void madeByOtherPrograms() {
+        QFETCH(QString, program);
+        QFETCH(QByteArray, arguments);
+        const QImage source = MediaMaker::pattern({640, 480});
+        QVERIFY(source.save(m_folder.at("source.png").path()));
+        QVERIFY(withHole(source).save(m_folder.at("hole.png").path()));
+        QProcess process;
+        process.setWorkingDirectory(m_folder.url().path());
+        process.start(program, QString::fromLatin1(arguments).split(u' '));
+        if (!process.waitForFinished(120'000) || process.exitCode() != 0) {
+            QSKIP("the program is not installed or cannot encode this");
+        }
+        for (const int size : {640, 320, 150}) {
+            const QImage image = ImageDecoder::thumbnail(m_folder.at("made"), size);
+            QCOMPARE(image.width(), size);
+            QCOMPARE(image.hasAlphaChannel(), arguments.contains("hole"));
+            if (arguments.contains("Gray")) {
+                QVERIFY(image.allGray());
+                continue;
+            }
+            const QImage expected = source.scaled(4, 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            const QImage seen = image.scaled(4, 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            for (const QPoint &corner : {QPoint(0, 0), QPoint(3, 0), QPoint(0, 3), QPoint(3, 3)}) {
+                QVERIFY2(isNear(seen.pixelColor(corner), expected.pixelColor(corner)),
+                         qPrintable(seen.pixelColor(corner).name() + expected.pixelColor(corner).name()));
+            }
+        }
+    }
+
+    void cutJpegShowsWhatIsThere() {
+        QVERIFY(MediaMaker::photo(m_folder.at("whole.jpg"), {.size = {640, 480}, .minimumBytes = 0}));
+        const QByteArray content = MediaMaker::read(m_folder.at("whole.jpg"));
+        const QImage image = ImageDecoder::thumbnail(made(content.left(content.size() * 3 / 4)), 320);
+        QCOMPARE(image.size(), QSize(320, 240));
+        QVERIFY(image.pixelColor(80, 60).red() > 150);
+        QVERIFY(image.pixelColor(240, 60).green() > 100);
     }
 
     void damagedFilesDoNoHarm_data() {

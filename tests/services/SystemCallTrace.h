@@ -26,6 +26,8 @@ public:
     explicit SystemCallTrace(QByteArrayList command, QByteArray unknownCall = {})
         : m_command(std::move(command)), m_unknownCall(std::move(unknownCall)) {}
 
+    const QByteArray &unknownCall() const { return m_unknownCall; }
+
     /// Empty when strace works here, else why not.
     static QString unavailable();
 
