@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include <libheif/heif.h>
@@ -21,6 +22,8 @@ namespace {
 
 /// Of one coded picture; grids are made of many smaller ones.
 constexpr int64_t largestPicture = 200'000'000;
+/// In coded bytes: tiles of 512 × 512 stay below it at any usual quality.
+constexpr size_t largestTile = 256 << 10;
 
 struct AvDeleter {
     void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
@@ -78,8 +81,10 @@ Frame Decoder::decode() const {
     std::memcpy(packet->data, stream.data(), stream.size());
     packet->flags |= AV_PKT_FLAG_KEY;
     context->max_pixels = largestPicture;
-    // libheif decodes the tiles of a grid in threads of its own.
-    context->thread_count = 1;
+    // libheif decodes the tiles of a grid in threads of its own; a large picture is not one of them.
+    context->thread_type = FF_THREAD_SLICE;
+    context->thread_count =
+        stream.size() > largestTile ? int(std::min(4U, std::thread::hardware_concurrency())) : 1;
     // A picture that is not whole is better left to the other decoder.
     context->err_recognition = AV_EF_EXPLODE;
     Frame frame(av_frame_alloc());

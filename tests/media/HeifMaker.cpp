@@ -53,7 +53,8 @@ Image imageOf(const QImage &source) {
 
 } // namespace
 
-bool HeifMaker::write(const QString &path, const QImage &stored, int orientation, bool avif) {
+bool HeifMaker::write(const QString &path, const QImage &stored, int orientation, bool avif,
+                      const QByteArray &preset) {
     const Context context(heif_context_alloc());
     heif_encoder *found = nullptr;
     if (!succeeded(heif_context_get_encoder_for_format(
@@ -65,7 +66,7 @@ bool HeifMaker::write(const QString &path, const QImage &stored, int orientation
     if (avif) {
         heif_encoder_set_parameter(found, "speed", "9");
     } else {
-        heif_encoder_set_parameter(found, "preset", "ultrafast");
+        heif_encoder_set_parameter(found, "preset", preset.constData());
     }
     const Options options(heif_encoding_options_alloc());
     options->image_orientation = heif_orientation(orientation);

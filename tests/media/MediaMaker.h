@@ -33,6 +33,8 @@ struct PhotoOptions {
     /// 1 to 8 as in EXIF. JPEG carries the tag; HEIC, HEIF and AVIF carry the container's rotation and mirror
     /// and, as cameras do, the same tag besides. Other formats only know 1.
     int orientation = 1;
+    /// Of the encoder behind HEIC and HEIF. The quickest leaves out what costs decoders their time.
+    QByteArray hevcPreset = "ultrafast";
     qint64 minimumBytes = mediaSize;
 };
 

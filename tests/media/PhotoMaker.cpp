@@ -39,7 +39,7 @@ QImage stored(const QImage &upright, int orientation) {
 bool encode(const QString &path, const QByteArray &extension, const PhotoOptions &options) {
     const QImage image = stored(pattern(options.size), options.orientation);
     if (extension == "heic" || extension == "heif" || extension == "avif") {
-        return HeifMaker::write(path, image, options.orientation, extension == "avif");
+        return HeifMaker::write(path, image, options.orientation, extension == "avif", options.hevcPreset);
     }
     if (extension == "gif") {
         const QString source = path + QStringLiteral(".png");

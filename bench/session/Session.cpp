@@ -1,0 +1,114 @@
+#include "Session.h"
+
+#include "AppState.h"
+#include "MediaPager.h"
+#include "ThumbnailImage.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QQuickView>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+constexpr int patience = 60'000;
+
+[[noreturn]] void fail(const char *what) {
+    std::fprintf(stderr, "%s\n", what);
+    std::exit(1);
+}
+
+void spin(const std::function<bool()> &condition) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition()) {
+        if (clock.hasExpired(patience)) {
+            fail("the program did not get there");
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    }
+}
+
+QQuickView *mainWindow() {
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        if (auto *view = qobject_cast<QQuickView *>(window)) {
+            return view;
+        }
+    }
+    return nullptr;
+}
+
+void count(const QQuickItem *item, int &pictures) {
+    if (const auto *thumbnail = qobject_cast<const ThumbnailImage *>(item)) {
+        pictures += thumbnail->hasImage() ? 1 : 0;
+    }
+    for (const QQuickItem *child : item->childItems()) {
+        count(child, pictures);
+    }
+}
+
+} // namespace
+
+Session::Session() {
+    m_app.start({});
+    QQuickView *view = nullptr;
+    spin([&] {
+        return (view = mainWindow()) != nullptr && view->isExposed() && view->rootObject() != nullptr;
+    });
+    m_window = view;
+    m_state = view->rootObject()->property("state").value<AppState *>();
+    if (m_state == nullptr) {
+        fail("the scene has no state");
+    }
+}
+
+Session::~Session() {
+    m_app.quit();
+    m_app.end();
+}
+
+void Session::open(const FileURL &folder) {
+    m_state->openFolder(folder, true);
+    spin([this] { return !m_state->isScanning() && m_state->folder().has_value(); });
+    spin([this] {
+        return (m_pager = static_cast<QQuickView *>(m_window)->rootObject()->findChild<MediaPager *>()) !=
+               nullptr;
+    });
+}
+
+void Session::press(Qt::Key key) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window, &event);
+    }
+}
+
+bool Session::isComplete() const {
+    if (m_pager == nullptr || m_state->isScanning()) {
+        return false;
+    }
+    int pictures = 0;
+    count(m_window->contentItem(), pictures);
+    const qsizetype items = m_pager->pageItemIds().size();
+    return items > 0 && pictures >= items;
+}
+
+double Session::untilPresented(const std::function<bool()> &condition) {
+    QElapsedTimer clock;
+    clock.start();
+    spin(condition);
+    bool drawn = false;
+    QObject context;
+    QObject::connect(m_window, &QQuickWindow::afterAnimating, &context, [&] { drawn = true; });
+    bool presented = false;
+    QObject::connect(m_window, &QQuickWindow::frameSwapped, &context, [&] { presented = drawn; });
+    m_window->update();
+    spin([&] { return presented; });
+    return double(clock.nsecsElapsed()) * 1e-6;
+}

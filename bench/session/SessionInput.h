@@ -1,0 +1,11 @@
+#pragma once
+
+#include "ScanInput.h"
+
+namespace SessionInput {
+
+/// The library's 10,000 files as links in one folder, among them, as the newest, photos of 12 megapixels and
+/// videos of 1080p as cameras write them.
+FileURL flatFolder(const FileURL &storage, const ScanInput::Library &library);
+
+} // namespace SessionInput
