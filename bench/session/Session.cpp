@@ -102,12 +102,12 @@ bool Session::isComplete() const {
 double Session::untilPresented(const std::function<bool()> &condition) {
     QElapsedTimer clock;
     clock.start();
-    spin(condition);
-    bool drawn = false;
-    QObject context;
-    QObject::connect(m_window, &QQuickWindow::afterAnimating, &context, [&] { drawn = true; });
+    // Right before a frame takes over the scene it is decided what that frame shows.
+    bool shown = false;
     bool presented = false;
-    QObject::connect(m_window, &QQuickWindow::frameSwapped, &context, [&] { presented = drawn; });
+    QObject context;
+    QObject::connect(m_window, &QQuickWindow::afterAnimating, &context, [&] { shown = condition(); });
+    QObject::connect(m_window, &QQuickWindow::frameSwapped, &context, [&] { presented = shown; });
     m_window->update();
     spin([&] { return presented; });
     return double(clock.nsecsElapsed()) * 1e-6;

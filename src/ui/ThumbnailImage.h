@@ -26,7 +26,7 @@ public:
 
     const MediaFile &item() const { return m_item; }
     void setItem(const MediaFile &item);
-    bool hasImage() const { return !m_shown.isNull(); }
+    bool hasImage() const { return !m_source.isNull(); }
     /// Where the picture is drawn, in item coordinates; empty without one.
     QRectF pictureRect() const;
 
@@ -38,13 +38,12 @@ protected:
     void componentComplete() override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void updatePolish() override;
     QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data) override;
 
 private:
     void request();
-    void receive();
-    void chooseLevel();
-    void show(const QImage &image, int level);
+    void receive(const QFuture<QImage> &future);
     int neededLevel() const;
 
     MediaFile m_item;
@@ -56,6 +55,4 @@ private:
     int m_level = 0;
     bool m_textureStale = false;
     QFutureWatcher<QImage> m_request;
-    QFutureWatcher<QImage> m_reduction;
-    int m_reductionLevel = 0;
 };
