@@ -103,8 +103,9 @@ FileOperations::Progress progress() {
 }
 
 void transfer(const Place &place, FileOperationKind kind, const FileOperations::Progress &progress) {
-    await(FileOperations::transfer(
-        filesIn(place.from), FileURL::directory(QByteArray::fromStdString(place.to.string())), kind, progress));
+    await(FileOperations::transfer(filesIn(place.from),
+                                   FileURL::directory(QByteArray::fromStdString(place.to.string())), kind,
+                                   progress));
 }
 
 /// Empty folders and the files to work on, all of it on the disk.

@@ -11,9 +11,11 @@
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QTest>
 
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
@@ -44,12 +46,15 @@ QQuickView *mainWindow() {
     return nullptr;
 }
 
-void count(const QQuickItem *item, int &pictures) {
+/// The items of the page that have their pictures.
+void collect(const QQuickItem *item, std::vector<const QQuickItem *> &pictures) {
     if (const auto *thumbnail = qobject_cast<const ThumbnailImage *>(item)) {
-        pictures += thumbnail->hasImage() ? 1 : 0;
+        if (thumbnail->hasImage()) {
+            pictures.push_back(item);
+        }
     }
     for (const QQuickItem *child : item->childItems()) {
-        count(child, pictures);
+        collect(child, pictures);
     }
 }
 
@@ -89,14 +94,27 @@ void Session::press(Qt::Key key) {
     }
 }
 
+void Session::hover(int index) {
+    std::vector<const QQuickItem *> pictures;
+    collect(m_window->contentItem(), pictures);
+    const QQuickItem *item = pictures.at(size_t(index) % pictures.size());
+    QTest::mouseMove(m_window, item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+}
+
+void Session::wait(int milliseconds) {
+    QElapsedTimer clock;
+    clock.start();
+    spin([&] { return clock.hasExpired(milliseconds); });
+}
+
 bool Session::isComplete() const {
     if (m_pager == nullptr || m_state->isScanning()) {
         return false;
     }
-    int pictures = 0;
-    count(m_window->contentItem(), pictures);
+    std::vector<const QQuickItem *> pictures;
+    collect(m_window->contentItem(), pictures);
     const qsizetype items = m_pager->pageItemIds().size();
-    return items > 0 && pictures >= items;
+    return items > 0 && qsizetype(pictures.size()) >= items;
 }
 
 double Session::untilPresented(const std::function<bool()> &condition) {

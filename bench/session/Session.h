@@ -22,9 +22,14 @@ public:
 
     AppState &state() const { return *m_state; }
     MediaPager &pager() const { return *m_pager; }
+    QQuickWindow *window() const { return m_window; }
 
     void open(const FileURL &folder);
     void press(Qt::Key key);
+    /// Moves the pointer over the page's cell of that index, wrapping round.
+    void hover(int index);
+    /// Runs the event loop for a while.
+    void wait(int milliseconds);
     /// A folder is shown, and every item of the page has its picture.
     bool isComplete() const;
     /// Runs the event loop until the condition holds and a frame drawn after that is on the screen.
