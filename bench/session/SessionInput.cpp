@@ -2,11 +2,10 @@
 
 #include "MediaMaker.h"
 
-#include <QByteArray>
-
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 
 namespace fs = std::filesystem;
 
@@ -14,18 +13,42 @@ namespace {
 
 constexpr int largePhotos = 60;
 constexpr int largeVideos = 60;
+constexpr int photoCount = 4000;
 
 fs::path native(const FileURL &url) {
     return url.nativePath().toStdString();
 }
 
-void addLarge(const FileURL &folder, const FileURL &original, int count, const QByteArray &name) {
+void addLarge(const fs::path &folder, const FileURL &original, int count, const std::string &name) {
     for (int i = 0; i < count; ++i) {
-        const FileURL copy =
-            folder.appending(name + QByteArray::number(i) + "." + original.pathExtension().toUtf8());
-        fs::copy_file(native(original), native(copy), fs::copy_options::overwrite_existing);
+        fs::path copy = folder / (name + std::to_string(i));
+        copy += native(original).extension();
+        fs::copy_file(native(original), copy);
         // Newer than whatever was made before.
-        fs::last_write_time(native(copy), fs::file_time_type::clock::now() + std::chrono::hours(1));
+        fs::last_write_time(copy, fs::file_time_type::clock::now() + std::chrono::hours(1));
+    }
+}
+
+/// An empty folder that takes its name once it is filled, so that an interrupted run leaves no half of one.
+class NewFolder {
+public:
+    explicit NewFolder(const FileURL &folder)
+        : m_folder(native(folder)), m_unfinished(m_folder.string() + " being made") {
+        fs::remove_all(m_unfinished);
+        fs::create_directories(m_unfinished);
+    }
+    const fs::path &path() const { return m_unfinished; }
+    void finish() { fs::rename(m_unfinished, m_folder); }
+
+private:
+    fs::path m_folder;
+    fs::path m_unfinished;
+};
+
+void check(bool made) {
+    if (!made) {
+        std::fprintf(stderr, "cannot make the session's files\n");
+        std::exit(2);
     }
 }
 
@@ -36,23 +59,33 @@ FileURL SessionInput::flatFolder(const FileURL &storage, const ScanInput::Librar
     if (fs::exists(native(folder))) {
         return folder;
     }
-    const FileURL made = storage.appending("flat being made");
-    fs::remove_all(native(made));
-    fs::create_directories(native(made));
+    NewFolder made(folder);
     const FileURL photo = storage.appending("large.jpg");
     const FileURL video = storage.appending("large.mp4");
-    if (!MediaMaker::photo(photo, {.size = {4000, 3000}}) ||
-        !MediaMaker::video(video, {.size = {1920, 1080}, .seconds = 4, .audio = true})) {
-        std::fprintf(stderr, "cannot make the large files\n");
-        std::exit(2);
-    }
+    check(MediaMaker::photo(photo, {.size = {4000, 3000}}) &&
+          MediaMaker::video(video, {.size = {1920, 1080}, .seconds = 4, .audio = true}));
     for (const QList<FileURL> &files : {library.photos, library.commonVideos, library.broadcastVideos}) {
         for (const FileURL &file : files) {
-            fs::create_hard_link(native(file), native(made) / native(file).filename());
+            fs::create_hard_link(native(file), made.path() / native(file).filename());
         }
     }
-    addLarge(made, photo, largePhotos, "IMG_large_");
-    addLarge(made, video, largeVideos, "MOV_large_");
-    fs::rename(native(made), native(folder));
+    addLarge(made.path(), photo, largePhotos, "IMG_large_");
+    addLarge(made.path(), video, largeVideos, "MOV_large_");
+    made.finish();
+    return folder;
+}
+
+FileURL SessionInput::photoFolder(const FileURL &storage) {
+    const FileURL folder = storage.appending("photos");
+    if (fs::exists(native(folder))) {
+        return folder;
+    }
+    NewFolder made(folder);
+    const FileURL photo = storage.appending("medium.jpg");
+    check(MediaMaker::photo(photo, {.size = {1080, 720}}));
+    for (int i = 0; i < photoCount; ++i) {
+        fs::create_hard_link(native(photo), made.path() / ("IMG_" + std::to_string(i) + ".jpg"));
+    }
+    made.finish();
     return folder;
 }

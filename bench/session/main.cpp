@@ -90,7 +90,6 @@ void gaps(const FileURL &folder) {
 void memory(const FileURL &folder) {
     Session session;
     session.open(folder);
-    session.state().setActiveTab(MediaKind::photo);
     for (int page = 1; page <= 200; ++page) {
         if (page == 10 || page == 200) {
             session.untilPresented([&] { return session.isComplete(); });
@@ -260,7 +259,7 @@ int compareAll(const FileURL &storage, int rounds) {
     };
     compareGaps("main thread, scan and 51 pages", gapFigures.data());
     compareGaps("the same, without drawing", gapFigures.data() + 2);
-    const auto memoryFigures = numbers(lines("memory", folder, home.path()));
+    const auto memoryFigures = numbers(lines("memory", SessionInput::photoFolder(storage), home.path()));
     row("memory after 200 pages", "after 10 pages", memoryFigures[1], memoryFigures[0], "MiB",
         memoryFigures[1] / memoryFigures[0], 1.05);
     return 0;
