@@ -45,10 +45,12 @@ namespace ThumbnailCacheTrimmer {
 
 void trim(FileDescriptor directory, qint64 maximumBytes) {
     // The listing closes the descriptor that it is given.
-    const std::unique_ptr<DIR, DirCloser> listing(::fdopendir(::dup(directory.get())));
+    FileDescriptor own(::fcntl(directory.get(), F_DUPFD_CLOEXEC, 0));
+    const std::unique_ptr<DIR, DirCloser> listing(::fdopendir(own.get()));
     if (listing == nullptr) {
         return;
     }
+    own.release();
     std::vector<Entry> entries = list(listing.get());
     const auto hidden = std::stable_partition(entries.begin(), entries.end(),
                                               [](const Entry &entry) { return !entry.name.startsWith('.'); });
