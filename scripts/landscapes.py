@@ -1,6 +1,7 @@
 """Paints pictures that look like somebody's photos of journeys, each from a seed; ImageMagick does the drawing."""
 
 import math
+import os
 import random
 import subprocess
 
@@ -72,7 +73,8 @@ class Picture:
         # A lens is darker at its edges.
         self.command += ["(", "-size", self.size, "radial-gradient:white-gray55", "-level", "0%,72%", ")", "-compose",
                          "multiply", "-composite", "-alpha", "off", "-quality", "93", str(path)]
-        subprocess.run(self.command, check=True)
+        # Several pictures are painted at once: one thread each.
+        subprocess.run(self.command, check=True, env=dict(os.environ, MAGICK_THREAD_LIMIT="1"))
 
 
 def mountains(picture, hue):
