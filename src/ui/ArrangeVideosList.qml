@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Mosa.State
 import Mosa.UI
 
@@ -13,8 +13,9 @@ ListView {
     required property AppState state
 
     readonly property real rowHeight: 34
-    /// While a row is dragged: which, and where the pointer is in the view.
+    /// While a row is dragged: which, its video's name, and where the pointer is in the view.
     property int draggedRow: -1
+    property string draggedName
     property real pointerY: 0
     /// The gap between rows in which the dragged one would land, counted with it still in its place.
     readonly property int destination: Math.max(0, Math.min(count, Math.round((pointerY + contentY - originY) / rowHeight)))
@@ -68,13 +69,13 @@ ListView {
     move: Transition {
         NumberAnimation {
             property: "y"
-            duration: 140
+            duration: MosaLook.lasting(140)
             easing.type: Easing.OutCubic
         }
     }
     moveDisplaced: move
 
-    ScrollBar.vertical: ScrollBar {}
+    T.ScrollBar.vertical: MosaScrollBar {}
     WheelHandler {
         onWheel: event => {
             const distance = event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 120 * 3 * view.rowHeight;
@@ -107,13 +108,17 @@ ListView {
         count: view.count
         current: view.activeFocus && ListView.isCurrentItem
         dimmed: view.draggedRow === index
+        dragging: view.draggedRow >= 0
         onUp: view.step(index, -1)
         onDown: view.step(index, 1)
         onPressed: {
             view.currentIndex = index;
             view.forceActiveFocus(Qt.MouseFocusReason);
         }
-        onDragStarted: view.draggedRow = index
+        onDragStarted: {
+            view.draggedName = name;
+            view.draggedRow = index;
+        }
         onDragMoved: y => view.pointerY = mapToItem(view, 0, y).y
         onDragEnded: view.drop()
     }
@@ -121,7 +126,7 @@ ListView {
     Rectangle {
         // Where the dragged row would land.
         parent: view
-        z: 2
+        z: 4
         visible: view.draggedRow >= 0
         x: 8
         width: view.width - 16
@@ -129,5 +134,36 @@ ListView {
         height: 2
         radius: 1
         color: MosaLook.mosaRed
+    }
+    SmoothRectangle {
+        // What is dragged, under the pointer.
+        parent: view
+        z: 3
+        visible: view.draggedRow >= 0
+        x: 6
+        y: Math.max(0, Math.min(view.height - height, view.pointerY - height / 2))
+        width: view.width - 12
+        height: view.rowHeight
+        radius: 7
+        color: MosaLook.menuMaterial
+        borderColor: MosaLook.hairline
+        borderWidth: 1
+        shadowColor: Qt.rgba(0, 0, 0, 0.5)
+        shadowRadius: 14
+        shadowOffset: 4
+
+        Text {
+            // Where the row has it.
+            anchors.left: parent.left
+            anchors.leftMargin: 40
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            text: view.draggedName
+            textFormat: Text.PlainText
+            elide: Text.ElideMiddle
+            font: MosaLook.body
+            color: MosaLook.primary
+        }
     }
 }

@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Mosa.UI
 
 /// The chooser's list of folders: a click chooses one, a double click or the right arrow key goes into it, the
@@ -54,7 +54,7 @@ Item {
         highlightMoveDuration: 0
         highlightFollowsCurrentItem: false
         onCurrentIndexChanged: positionViewAtIndex(currentIndex, ListView.Contain)
-        ScrollBar.vertical: ScrollBar {}
+        T.ScrollBar.vertical: MosaScrollBar {}
 
         delegate: SheetRow {
             required property int index
@@ -89,11 +89,10 @@ Item {
         onRunningChanged: elapsed = elapsed && running
         onTriggered: elapsed = true
     }
-    Text {
+    MosaText {
         anchors.centerIn: parent
         visible: !root.browser.busy && view.count === 0
         text: qsTr("No folders here")
-        font: MosaLook.body
         color: MosaLook.tertiary
     }
 }

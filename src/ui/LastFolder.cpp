@@ -16,10 +16,9 @@ AppState *LastFolder::state() const {
 }
 
 void LastFolder::setState(AppState *state) {
-    if (m_state == state) {
+    if (!m_state.replace(state, this)) {
         return;
     }
-    m_state = state;
     Q_EMIT stateChanged();
     refresh();
 }

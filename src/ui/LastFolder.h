@@ -1,11 +1,10 @@
 #pragma once
 
-#include "AppState.h"
 #include "FileURL.h"
+#include "StatePointer.h"
 
 #include <QFuture>
 #include <QObject>
-#include <QPointer>
 #include <QtQml/qqmlregistration.h>
 
 /// Whether the folder that was open last can be opened again. Main thread; the file system is asked off it.
@@ -37,7 +36,7 @@ Q_SIGNALS:
 private:
     void setAvailable(bool available);
 
-    QPointer<AppState> m_state;
+    StatePointer m_state;
     QFuture<bool> m_test;
     bool m_available = false;
 };

@@ -37,13 +37,9 @@ void MediaCellPreview::setItem(const MediaFile &item) {
 }
 
 void MediaCellPreview::setState(AppState *state) {
-    if (state == m_state) {
+    if (!m_state.replace(state, this)) {
         return;
     }
-    if (m_state) {
-        disconnect(m_state, nullptr, this, nullptr);
-    }
-    m_state = state;
     if (m_state) {
         connect(m_state, &AppState::fullItemChanged, this, &MediaCellPreview::onFullItemChanged);
     }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "AppState.h"
 #include "MPVPlayerController.h"
 #include "MediaFile.h"
+#include "StatePointer.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
@@ -69,7 +68,7 @@ private:
     void onFullItemChanged();
 
     MediaFile m_item;
-    QPointer<AppState> m_state;
+    StatePointer m_state;
     bool m_hovering = false;
     std::unique_ptr<MPVPlayerController, DeleteLater> m_controller;
     QTimer m_exitTimer;

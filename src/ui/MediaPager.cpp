@@ -14,13 +14,9 @@ constexpr double gridPadding = 12;
 MediaPager::MediaPager(QObject *parent) : QObject(parent) {}
 
 void MediaPager::setState(AppState *state) {
-    if (m_state == state) {
+    if (!m_state.replace(state, this)) {
         return;
     }
-    if (m_state) {
-        m_state->disconnect(this);
-    }
-    m_state = state;
     if (m_state) {
         connect(m_state, &AppState::currentMediaChanged, this, &MediaPager::scheduleMediaUpdate);
         connect(m_state, &AppState::foldersChanged, this, &MediaPager::scheduleMediaUpdate);

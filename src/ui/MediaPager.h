@@ -1,11 +1,10 @@
 #pragma once
 
-#include "AppState.h"
 #include "MediaGridSizing.h"
 #include "MediaPageModel.h"
+#include "StatePointer.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QQmlParserStatus>
 #include <QSizeF>
 
@@ -78,7 +77,7 @@ private:
     void updateShownPage();
     void setShownPage(int page);
 
-    QPointer<AppState> m_state;
+    StatePointer m_state;
     QSizeF m_size;
     bool m_immersive = false;
     int m_reservedHeight = 0;

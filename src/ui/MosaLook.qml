@@ -39,6 +39,14 @@ QtObject {
     readonly property font title2: Qt.font({ family: look.family, pixelSize: 17 })
     readonly property font title3: Qt.font({ family: look.family, pixelSize: 15 })
 
+    readonly property LookMotion motion: LookMotion {}
+    /// The user wants nothing to move that need not: what would slide or fade is there at once.
+    readonly property bool reducedMotion: motion.active
+    /// How long a change takes that lasts so many milliseconds otherwise.
+    function lasting(duration: int): int {
+        return reducedMotion ? 0 : duration;
+    }
+
     /// A font of the look; sizes are points of the view, which are pixels at scale 1.
     function system(size: int, weight: int): font {
         return Qt.font({ family: family, pixelSize: size, weight: weight });

@@ -39,7 +39,7 @@ FocusScope {
         property: "opacity"
         from: 0
         to: 1
-        duration: 120
+        duration: MosaLook.lasting(120)
     }
 
     Rectangle {

@@ -15,6 +15,7 @@ Item {
 
     Accessible.role: Accessible.ProgressBar
     Accessible.name: qsTr("In progress")
+    Accessible.ignored: !visible
 
     SymbolIcon {
         anchors.fill: parent
@@ -35,7 +36,23 @@ Item {
             to: 360
             duration: 1000
             loops: Animation.Infinite
-            running: spinner.running
+            running: spinner.running && !MosaLook.reducedMotion
+        }
+        // Without a turn it still shows that something goes on.
+        SequentialAnimation on opacity {
+            loops: Animation.Infinite
+            running: spinner.running && MosaLook.reducedMotion
+
+            OpacityAnimator {
+                from: 1
+                to: 0.35
+                duration: 900
+            }
+            OpacityAnimator {
+                from: 0.35
+                to: 1
+                duration: 900
+            }
         }
     }
 }

@@ -1,10 +1,8 @@
 #include "SmoothRectangle.h"
 
 #include "AlphaBlur.h"
-#include "PixelGrid.h"
 
 #include <QPainter>
-#include <QSGNinePatchNode>
 
 #include <algorithm>
 
@@ -19,10 +17,6 @@ constexpr double shadowSigma = 0.5;
 constexpr double shadowReach = 1.5;
 
 } // namespace
-
-SmoothRectangle::SmoothRectangle(QQuickItem *parent) : QQuickItem(parent) {
-    setFlag(ItemHasContents);
-}
 
 QPainterPath SmoothRectangle::path(const QRectF &rect, double radius) {
     QPainterPath path;
@@ -72,11 +66,18 @@ void SmoothRectangle::drawShadow(QImage &image, const QPainterPath &shape, doubl
     painter.fillPath(shape, Qt::black);
 }
 
-QImage SmoothRectangle::draw(QSizeF points, double margin, double ratio) const {
-    const QRectF rect(margin * ratio, margin * ratio, points.width() * ratio, points.height() * ratio);
-    QImage image((points + QSizeF(2 * margin, 2 * margin)).operator*=(ratio).toSize(),
-                 QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+QSizeF SmoothRectangle::pictureSize(QSizeF itemSize) const {
+    // The four corners and one stretchable pixel or two between them.
+    const double bend = std::ceil(cornerReach * m_radius + m_borderWidth) + margin();
+    const double enough = 2 * (bend + 1);
+    return {std::min(itemSize.width(), enough), std::min(itemSize.height(), enough)};
+}
+
+double SmoothRectangle::margin() const {
+    return hasShadow() ? std::ceil(m_shadowRadius * shadowReach + std::abs(m_shadowOffset)) : 0;
+}
+
+void SmoothRectangle::draw(QImage &image, const QRectF &rect, double ratio) const {
     const QPainterPath shape = path(rect, m_radius * ratio);
     if (hasShadow()) {
         drawShadow(image, shape, ratio);
@@ -88,7 +89,7 @@ QImage SmoothRectangle::draw(QSizeF points, double margin, double ratio) const {
         QPainterPath rest;
         rest.addRect(rect);
         painter.fillPath(rest.subtracted(shape), m_color);
-        return image;
+        return;
     }
     painter.fillPath(shape, m_color);
     if (m_borderWidth > 0 && m_borderColor.alpha() > 0) {
@@ -97,50 +98,4 @@ QImage SmoothRectangle::draw(QSizeF points, double margin, double ratio) const {
         painter.strokePath(path(middle, std::max(0.0, m_radius * ratio - line / 2)),
                            QPen(m_borderColor, line));
     }
-    return image;
-}
-
-QSGNode *SmoothRectangle::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *) {
-    auto *node = static_cast<QSGNinePatchNode *>(oldNode);
-    const double ratio = PixelGrid::ratioOf(*this);
-    const QRectF rect = PixelGrid::snapped(*this, boundingRect());
-    if (rect.isEmpty()) {
-        delete node;
-        return nullptr;
-    }
-    if (node == nullptr) {
-        node = window()->createNinePatchNode();
-        m_imageStale = true;
-    }
-    // The picture holds the four corners and one stretchable pixel or two between them.
-    const double margin =
-        hasShadow() ? std::ceil(m_shadowRadius * shadowReach + std::abs(m_shadowOffset)) : 0;
-    const double bend = std::ceil(cornerReach * m_radius + m_borderWidth) + margin;
-    const double enough = 2 * (bend + 1);
-    const QSizeF points(std::min(rect.width(), enough), std::min(rect.height(), enough));
-    if (m_imageStale || points != m_drawnPoints || ratio != m_drawnRatio) {
-        const QImage image = draw(points, margin, ratio);
-        node->setTexture(window()->createTextureFromImage(image, QQuickWindow::TextureHasAlphaChannel));
-        m_drawnPoints = points;
-        m_drawnRatio = ratio;
-        m_imageStale = false;
-    }
-    const double across = points.width() / 2 + margin;
-    const double down = points.height() / 2 + margin;
-    node->setBounds(rect.adjusted(-margin, -margin, margin, margin));
-    node->setDevicePixelRatio(ratio);
-    node->setPadding(across, down, across, down);
-    node->update();
-    return node;
-}
-
-void SmoothRectangle::itemChange(ItemChange change, const ItemChangeData &data) {
-    if (change == ItemSceneChange && data.window != nullptr) {
-        connect(data.window, &QQuickWindow::widthChanged, this, &QQuickItem::update);
-        connect(data.window, &QQuickWindow::heightChanged, this, &QQuickItem::update);
-    }
-    if (change == ItemDevicePixelRatioHasChanged) {
-        update();
-    }
-    QQuickItem::itemChange(change, data);
 }

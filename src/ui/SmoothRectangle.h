@@ -1,15 +1,14 @@
 #pragma once
 
+#include "PixelItem.h"
+
 #include <QColor>
-#include <QImage>
 #include <QPainterPath>
-#include <QQuickItem>
-#include <QtQml/qqmlregistration.h>
 
 /// A rectangle whose corners are continuous: their curvature grows gradually instead of jumping from the
 /// straight edge to a circle. Anti-aliased at the screen's own pixels. May carry a border, drawn inside the
 /// edge, and a shadow, drawn outside the shape only, so that translucent fills stay clear.
-class SmoothRectangle : public QQuickItem {
+class SmoothRectangle : public PixelItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double radius MEMBER m_radius WRITE setRadius NOTIFY changed)
@@ -24,7 +23,7 @@ class SmoothRectangle : public QQuickItem {
     Q_PROPERTY(bool inverted MEMBER m_inverted WRITE setInverted NOTIFY changed)
 
 public:
-    explicit SmoothRectangle(QQuickItem *parent = nullptr);
+    using PixelItem::PixelItem;
 
     void setRadius(double radius) { set(m_radius, radius); }
     void setColor(const QColor &color) { set(m_color, color); }
@@ -38,26 +37,13 @@ public:
     /// A rectangle with continuous corners; the radius is bounded by half the shorter side.
     static QPainterPath path(const QRectF &rect, double radius);
 
-Q_SIGNALS:
-    void changed();
-
 protected:
-    QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data) override;
-    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    QSizeF pictureSize(QSizeF itemSize) const override;
+    double margin() const override;
+    void draw(QImage &image, const QRectF &rect, double ratio) const override;
 
 private:
-    template <typename Value>
-    void set(Value &field, const Value &value) {
-        if (field == value) {
-            return;
-        }
-        field = value;
-        m_imageStale = true;
-        update();
-        Q_EMIT changed();
-    }
     bool hasShadow() const { return m_shadowRadius > 0 && m_shadowColor.alpha() > 0; }
-    QImage draw(QSizeF points, double margin, double ratio) const;
     void drawShadow(QImage &image, const QPainterPath &shape, double ratio) const;
 
     double m_radius = 0;
@@ -68,7 +54,4 @@ private:
     double m_shadowRadius = 0;
     double m_shadowOffset = 0;
     bool m_inverted = false;
-    bool m_imageStale = true;
-    QSizeF m_drawnPoints;
-    double m_drawnRatio = 0;
 };

@@ -1,56 +1,40 @@
 #pragma once
 
-#include <QColor>
-#include <QImage>
-#include <QQuickItem>
-#include <QtQml/qqmlregistration.h>
+#include "PixelItem.h"
 
-/// One of the program's symbols, rasterised for the screen's own pixels.
+#include <QColor>
+
+/// One of the program's symbols.
 ///
 /// Its implicit box is square, of an even number of points, and a little larger than the point size, as a
 /// letter's box is; the drawing is centred in whatever size the item gets.
-class SymbolIcon : public QQuickItem {
+class SymbolIcon : public PixelItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed)
+    Q_PROPERTY(QString name MEMBER m_name WRITE setName NOTIFY changed)
     /// Of the text that the symbol goes with, in points.
-    Q_PROPERTY(double size READ size WRITE setSize NOTIFY changed)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
+    Q_PROPERTY(double size MEMBER m_size WRITE setSize NOTIFY changed)
+    Q_PROPERTY(QColor color MEMBER m_color WRITE setColor NOTIFY changed)
     /// A font weight (Font.Light … Font.Bold).
-    Q_PROPERTY(int weight READ weight WRITE setWeight NOTIFY changed)
+    Q_PROPERTY(int weight MEMBER m_weight WRITE setWeight NOTIFY changed)
 
 public:
     explicit SymbolIcon(QQuickItem *parent = nullptr);
 
-    const QString &name() const { return m_name; }
-    void setName(const QString &name);
-    double size() const { return m_size; }
+    void setName(const QString &name) { set(m_name, name); }
     void setSize(double size);
-    const QColor &color() const { return m_color; }
-    void setColor(const QColor &color);
-    int weight() const { return m_weight; }
-    void setWeight(int weight);
-
-    /// The symbol on a transparent square of side pixels, whose drawing grid spans gridSide pixels around the
-    /// centre.
-    static QImage rasterise(const QString &name, const QColor &color, int weight, QSize pixels,
-                            double gridSide);
-
-Q_SIGNALS:
-    void changed();
+    void setColor(const QColor &color) { set(m_color, color); }
+    void setWeight(int weight) { set(m_weight, weight); }
 
 protected:
-    QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data) override;
-    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void draw(QImage &image, const QRectF &rect, double ratio) const override;
 
 private:
+    /// The side of the symbols' drawing grid, in points.
     double gridSide() const;
-    void redraw();
 
     QString m_name;
     double m_size = 13;
     QColor m_color = Qt::white;
     int m_weight = 400;
-    bool m_imageStale = true;
-    QSize m_imagePixels;
 };

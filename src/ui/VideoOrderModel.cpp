@@ -41,13 +41,9 @@ std::optional<Move> singleMove(const QList<MediaFile> &before, const QList<Media
 } // namespace
 
 void VideoOrderModel::setState(AppState *state) {
-    if (m_state == state) {
+    if (!m_state.replace(state, this)) {
         return;
     }
-    if (m_state) {
-        m_state->disconnect(this);
-    }
-    m_state = state;
     if (m_state) {
         connect(m_state, &AppState::videosChanged, this, &VideoOrderModel::update);
     }

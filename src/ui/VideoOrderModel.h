@@ -1,9 +1,8 @@
 #pragma once
 
-#include "AppState.h"
+#include "StatePointer.h"
 
 #include <QAbstractListModel>
-#include <QPointer>
 
 /// The folder's videos in browse order, with the roles "videoId" and "name". A video that is moved keeps its
 /// row as a moved one. Main thread.
@@ -33,6 +32,6 @@ Q_SIGNALS:
 private:
     void update();
 
-    QPointer<AppState> m_state;
+    StatePointer m_state;
     QList<MediaFile> m_videos;
 };
