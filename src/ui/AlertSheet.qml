@@ -45,18 +45,15 @@ MosaSheet {
         anchors.topMargin: 22
         spacing: 6
 
-        Text {
+        MosaText {
             width: parent.width
             text: sheet.presenter.messageText
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             font: MosaLook.system(15, Font.DemiBold)
-            color: MosaLook.primary
         }
-        Text {
+        MosaText {
             width: parent.width
             text: sheet.presenter.informativeText
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             font: MosaLook.system(12, Font.Normal)
             color: MosaLook.secondary

@@ -13,6 +13,8 @@ Item {
     property int count: 0
     property bool current: false
     property bool dimmed: false
+    /// A row is being dragged: none lights up under the pointer.
+    property bool dragging: false
 
     signal up
     signal down
@@ -31,7 +33,7 @@ Item {
         anchors.fill: parent
         anchors.margins: 1
         radius: 6
-        color: row.current ? Qt.rgba(1, 1, 1, 0.12) : hover.hovered ? Qt.rgba(1, 1, 1, 0.05) : "transparent"
+        color: row.current ? Qt.rgba(1, 1, 1, 0.12) : hover.hovered && !row.dragging ? Qt.rgba(1, 1, 1, 0.05) : "transparent"
     }
     HoverHandler {
         id: hover

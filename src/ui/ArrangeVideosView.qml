@@ -40,14 +40,13 @@ MosaSheet {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 3
 
-            Text {
+            MosaText {
                 id: heading
 
                 text: qsTr("Arrange Videos")
                 font: MosaLook.system(17, Font.DemiBold)
-                color: MosaLook.primary
             }
-            Text {
+            MosaText {
                 text: qsTr("Move clips into the order you want to browse.")
                 font: MosaLook.system(12, Font.Normal)
                 color: MosaLook.secondary

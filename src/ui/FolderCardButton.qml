@@ -34,7 +34,8 @@ MosaPlainButton {
             anchors.left: picture.right
             anchors.leftMargin: 10
             anchors.right: parent.right
-            anchors.rightMargin: 4
+            // The text ends at a space of at least 4, one step away.
+            anchors.rightMargin: 14
             anchors.verticalCenter: parent.verticalCenter
             spacing: 3
 
@@ -42,7 +43,7 @@ MosaPlainButton {
                 width: parent.width
                 text: button.card.name
                 font: MosaLook.system(13, Font.Medium)
-                elide: Text.ElideMiddle
+                elide: Text.ElideRight
                 maximumLineCount: 1
             }
             MosaText {

@@ -37,7 +37,7 @@ MosaSheet {
 
     accessibleName: chooser.title
 
-    Text {
+    MosaText {
         id: title
 
         anchors.left: parent.left
@@ -45,9 +45,7 @@ MosaSheet {
         anchors.top: parent.top
         anchors.topMargin: 16
         text: sheet.chooser.title
-        textFormat: Text.PlainText
         font: MosaLook.system(15, Font.DemiBold)
-        color: MosaLook.primary
     }
     FolderPathField {
         id: pathField

@@ -13,7 +13,8 @@ Item {
     signal menuRequested(position: point)
 
     readonly property bool isVideo: item.kind === MediaKind.Video
-    readonly property bool hovering: preview.hovering
+    /// What the pointer finds on the cell is also there for the keyboard, once it has reached the cell.
+    readonly property bool controlled: preview.hovering || hitArea.activeFocus || controls.activeFocus
 
     MediaAspectRatioKey.value: item.aspectRatio
 
@@ -96,7 +97,7 @@ Item {
         width: parent.width
         height: Math.ceil(parent.height / 2)
         anchors.bottom: parent.bottom
-        visible: cell.hovering
+        visible: cell.controlled
         gradient: Gradient {
             GradientStop {
                 position: 0
@@ -109,9 +110,13 @@ Item {
         }
     }
     Loader {
+        id: controls
         anchors.fill: parent
-        active: cell.hovering
+        active: cell.controlled
         sourceComponent: preview.controller !== null ? videoControls : photoControls
+        // The control that had the keyboard's focus went with the ones before.
+        onLoaded: if (activeFocus)
+            hitArea.forceActiveFocus(Qt.TabFocusReason)
     }
     Component {
         id: videoControls

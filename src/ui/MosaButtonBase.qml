@@ -24,6 +24,7 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text !== "" ? text : toolTip
+    Accessible.ignored: !visible
     Accessible.onPressAction: if (button.enabled) button.clicked()
 
     Keys.onReturnPressed: button.clicked()

@@ -12,6 +12,7 @@ T.ProgressBar {
     implicitHeight: 6
 
     Accessible.role: Accessible.ProgressBar
+    Accessible.ignored: !visible
     Accessible.description: Math.round(visualPosition * 100) + "%"
 
     background: SmoothRectangle {

@@ -5,15 +5,15 @@ import QtQuick.Templates as T
 import Mosa.UI
 
 /// One segment of a segmented control.
-T.AbstractButton {
+T.TabButton {
     id: segment
 
     property bool selected: false
 
+    checkable: false
     focusPolicy: Qt.TabFocus
     font: MosaLook.system(12, Font.Medium)
 
-    Accessible.role: Accessible.PageTab
     Accessible.name: text
     Accessible.onPressAction: segment.clicked()
     Accessible.selectable: true

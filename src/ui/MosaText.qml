@@ -11,4 +11,5 @@ Text {
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text
+    Accessible.ignored: !visible || text === ""
 }

@@ -25,6 +25,7 @@ T.TextField {
 
     Accessible.role: Accessible.EditableText
     Accessible.name: accessibleName
+    Accessible.ignored: !visible
 
     background: SmoothRectangle {
         radius: 6

@@ -36,4 +36,8 @@ MosaSlider {
             edited(value);
     }
     Component.onCompleted: follow()
+
+    // The arrow keys to the left and right may belong to the window.
+    Keys.onUpPressed: increase()
+    Keys.onDownPressed: decrease()
 }
