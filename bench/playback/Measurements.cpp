@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -94,12 +95,13 @@ double mpvShare(const QSize &size, const QByteArray &file, int seconds) {
     const double before = processorSeconds(RUSAGE_CHILDREN);
     mpv.start(QStringLiteral("mpv"),
               {QStringLiteral("--no-config"), QStringLiteral("--really-quiet"), QStringLiteral("--vo=gpu"),
-               QStringLiteral("--gpu-api=opengl"), QStringLiteral("--hwdec=no"), QStringLiteral("--no-audio"),
-               QStringLiteral("--no-osc"), QStringLiteral("--loop-file=inf"),
+               QStringLiteral("--gpu-api=opengl"), QStringLiteral("--gpu-sw=yes"),
+               QStringLiteral("--hwdec=no"), QStringLiteral("--no-audio"), QStringLiteral("--no-osc"),
                QStringLiteral("--geometry=%1x%2").arg(size.width()).arg(size.height()),
-               QStringLiteral("--length=%1").arg(seconds), QStringLiteral("--loop-file=no"),
-               QString::fromUtf8(file)});
-    mpv.waitForFinished(60'000);
+               QStringLiteral("--length=%1").arg(seconds), QString::fromUtf8(file)});
+    if (!mpv.waitForFinished(60'000) || mpv.exitCode() != 0) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
     return (processorSeconds(RUSAGE_CHILDREN) - before) / seconds;
 }
 

@@ -136,6 +136,12 @@ void MPVOpenGLView::draw() {
     if (!hasDrawable()) {
         return;
     }
+    if (m_showTimer.isActive()) {
+        // Drawing on would replace each frame before it is shown, where drawing takes longer than a frame
+        // lasts.
+        m_drawsOnceShown = true;
+        return;
+    }
     m_buffers.makeCurrent();
     renderCurrentFrame();
     m_buffers.swap();
@@ -144,7 +150,7 @@ void MPVOpenGLView::draw() {
     }
     m_buffers.doneCurrent();
     // Another frame may be announced before this one is shown.
-    m_drewNewFrame = std::exchange(m_hasPendingVideoFrame, false) || m_drewNewFrame;
+    m_drewNewFrame = std::exchange(m_hasPendingVideoFrame, false);
     showWhenDrawn();
 }
 
@@ -162,6 +168,9 @@ void MPVOpenGLView::showWhenDrawn() {
     Q_EMIT contentsChanged();
     if (std::exchange(m_drewNewFrame, false) && m_frameRenderedHandler) {
         m_frameRenderedHandler();
+    }
+    if (std::exchange(m_drawsOnceShown, false)) {
+        setNeedsDisplay();
     }
 }
 
@@ -237,6 +246,7 @@ void MPVOpenGLView::shutdownRenderContext() {
     m_buffers.doneCurrent();
     m_hasPendingVideoFrame = false;
     m_drewNewFrame = false;
+    m_drawsOnceShown = false;
     Q_EMIT contentsChanged();
 }
 

@@ -95,6 +95,8 @@ private:
     bool m_frameAnnounced = false;
     /// Drawn, but not yet shown.
     bool m_drewNewFrame = false;
+    /// To be drawn as soon as what has been drawn is shown.
+    bool m_drawsOnceShown = false;
     std::function<void()> m_frameRenderedHandler;
     QObject *m_host = nullptr;
     QSize m_backingSize;

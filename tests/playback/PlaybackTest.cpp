@@ -43,6 +43,7 @@ private Q_SLOTS:
     void fitsTheVideoIntoItsSurface_data();
     void fitsTheVideoIntoItsSurface();
     void followsItsSize();
+    void showsFramesThatTakeLongToDraw();
     void loopsAPreview();
     void keepsTheLastFrame();
     void seeksAndTellsTheTime();
@@ -140,6 +141,15 @@ void PlaybackTest::followsItsSize() {
     m_surface->setSize({160, 120});
     QTRY_COMPARE_WITH_TIMEOUT(player->surface()->frame()->size(), QSize(160, 120), longWait);
     QVERIFY(MediaMaker::showsPattern(shown().copy(0, 0, 160, 120)));
+}
+
+/// More pixels than a software renderer draws before the next frame is due.
+void PlaybackTest::showsFramesThatTakeLongToDraw() {
+    m_surface->setSize({1600, 1200});
+    auto *player = play(m_wide, false);
+    player->setProperty(QStringLiteral("loop-file"), QStringLiteral("inf"));
+    const QSignalSpy frames(player, &MPVPlayerController::hasRenderedFrameChanged);
+    QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= 3, longWait);
 }
 
 void PlaybackTest::loopsAPreview() {
