@@ -11,8 +11,6 @@ Item {
     required property mediaFile item
     required property AppState state
 
-    readonly property string photoId: item.id
-
     Accessible.role: Accessible.Graphic
     Accessible.name: item.url.lastPathComponent
 
@@ -89,11 +87,10 @@ Item {
         anchors.margins: 16
         spacing: 10
 
-        FlagButton {
+        ItemFlagButton {
             anchors.verticalCenter: parent.verticalCenter
-            // The count stands in for the set, which has no property of its own.
-            flagged: root.state.flagCount >= 0 && root.state.isFlagged(root.photoId)
-            onClicked: root.state.toggleFlag(root.item)
+            item: root.item
+            state: root.state
         }
         MosaPlainButton {
             implicitWidth: 28

@@ -91,9 +91,9 @@ ColumnLayout {
                     root.controller.volume = value;
             }
         }
-        FlagButton {
-            flagged: root.state.flagCount > 0 && root.state.isFlagged(root.item.id)
-            onClicked: root.state.toggleFlag(root.item)
+        ItemFlagButton {
+            item: root.item
+            state: root.state
         }
         MosaPlainButton {
             implicitHeight: 26

@@ -5,7 +5,7 @@ import Mosa.State
 import Mosa.UI
 
 /// One tile of the grid.
-Item {
+FocusScope {
     id: cell
 
     required property mediaFile item
@@ -13,10 +13,16 @@ Item {
     signal menuRequested(position: point)
 
     readonly property bool isVideo: item.kind === MediaKind.Video
-    /// What the pointer finds on the cell is also there for the keyboard, once it has reached the cell.
-    readonly property bool controlled: preview.hovering || hitArea.activeFocus || controls.activeFocus
+    /// What the pointer finds on the cell is also there for the keyboard, once it has reached the cell, and while a
+    /// preview runs that a screen reader started.
+    readonly property bool controlled: preview.hovering || preview.controller !== null || hitArea.activeFocus || controls.activeFocus
 
     MediaAspectRatioKey.value: item.aspectRatio
+
+    onActiveFocusChanged: {
+        if (!activeFocus && !pointer.hovered)
+            preview.left();
+    }
 
     MediaCellPreview {
         id: preview
@@ -24,6 +30,8 @@ Item {
         state: cell.state
     }
     HoverHandler {
+        id: pointer
+
         onHoveredChanged: {
             if (hovered)
                 preview.entered();

@@ -20,7 +20,7 @@ Item {
     MosaPlainButton {
         id: removeButton
 
-        anchors { left: parent.left; top: parent.top; margins: 8 }
+        anchors { left: parent.left; leftMargin: 8; verticalCenter: flag.verticalCenter }
         implicitWidth: 24
         implicitHeight: 24
         cornerRadius: 12
@@ -32,7 +32,7 @@ Item {
     }
 
     MuteButton {
-        anchors { left: removeButton.right; leftMargin: 8; top: parent.top; topMargin: 8 }
+        anchors { left: removeButton.right; leftMargin: 8; verticalCenter: flag.verticalCenter }
         implicitWidth: 24
         implicitHeight: 24
         cornerRadius: 12
@@ -42,10 +42,12 @@ Item {
         toolTip: muted ? qsTr("Unmute") : qsTr("Mute")
     }
 
-    FlagButton {
+    ItemFlagButton {
+        id: flag
+
         anchors { right: parent.right; top: parent.top; margins: 8 }
-        flagged: root.state.flagCount > 0 && root.state.isFlagged(root.item.id)
-        onClicked: root.state.toggleFlag(root.item)
+        item: root.item
+        state: root.state
     }
 
     ValueSlider {
