@@ -14,7 +14,7 @@ QDBusMessage screenSaverCall(const QString &method) {
                                           QStringLiteral("org.freedesktop.ScreenSaver"), method);
 }
 
-void unInhibit(QDBusConnection bus, uint cookie) {
+void unInhibit(const QDBusConnection &bus, uint cookie) {
     QDBusMessage call = screenSaverCall(QStringLiteral("UnInhibit"));
     call << cookie;
     bus.asyncCall(call);

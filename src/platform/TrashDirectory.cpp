@@ -18,7 +18,7 @@ constexpr int readableDirectory = O_RDONLY | O_DIRECTORY;
 
 /// The absolute path of the user's data, without a trailing slash. Empty without a home.
 QByteArray dataHome() {
-    const QByteArray set = qgetenv("XDG_DATA_HOME");
+    QByteArray set = qgetenv("XDG_DATA_HOME");
     if (set.startsWith('/')) {
         return set;
     }

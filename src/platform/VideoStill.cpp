@@ -210,7 +210,7 @@ QImage stillAt(Place place, const FileURL &url, int maxPixelSize) {
         return {};
     }
     const double pixelShape = av_q2d(av_guess_sample_aspect_ratio(context, stream, frame.get()));
-    const QImage scaled = VideoFrameScaler::scaled(*frame, pixelShape, maxPixelSize);
+    QImage scaled = VideoFrameScaler::scaled(*frame, pixelShape, maxPixelSize);
     const QTransform upright = uprightTransform(stream, frame.get());
     if (upright.isIdentity()) {
         return scaled;

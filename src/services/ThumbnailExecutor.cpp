@@ -113,7 +113,7 @@ bool ThumbnailService::Executor::receive() {
         }
     }
     for (Result &result : results) {
-        complete(std::move(result));
+        complete(result);
     }
     for (Request &request : requests) {
         accept(std::move(request));
@@ -131,7 +131,7 @@ void ThumbnailService::Executor::accept(Request request) {
     request.promise->finish();
 }
 
-void ThumbnailService::Executor::complete(Result result) {
+void ThumbnailService::Executor::complete(const Result &result) {
     const auto found = m_jobs.find(result.job);
     if (found == m_jobs.end()) {
         return;

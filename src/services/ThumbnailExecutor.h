@@ -68,7 +68,7 @@ private:
     /// Moves the mailbox's content over. False when the service is to end.
     bool receive();
     void accept(Request request);
-    void complete(Result result);
+    void complete(const Result &result);
     void next();
     /// Lets the others pass a job that takes too long, or an idle one that is in the way.
     void stepAside();

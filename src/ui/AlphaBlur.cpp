@@ -19,7 +19,7 @@ void blurLine(uchar *line, qsizetype stride, int count, int reach, std::vector<u
     }
     for (int i = 0; i < count; ++i) {
         if (i + reach < count) {
-            sum += copy[size_t(i + reach)];
+            sum += copy[size_t(i) + size_t(reach)];
         }
         if (i - reach - 1 >= 0) {
             sum -= copy[size_t(i - reach - 1)];

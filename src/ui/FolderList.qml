@@ -50,6 +50,8 @@ Item {
         model: root.browser
         boundsBehavior: Flickable.StopAtBounds
         reuseItems: true
+        // Rows beyond the edge are made while idle, and Qt complains when the list gets shorter meanwhile.
+        cacheBuffer: 0
         currentIndex: root.browser.currentRow
         highlightMoveDuration: 0
         highlightFollowsCurrentItem: false

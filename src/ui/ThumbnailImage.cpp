@@ -18,13 +18,13 @@ QImage halved(const QImage &image) {
     constexpr quint32 evenBytes = 0x00FF00FF;
     constexpr quint32 rounding = 0x00020002;
     QImage result(std::max(1, image.width() / 2), std::max(1, image.height() / 2), image.format());
-    const int right = image.width() > 1 ? 1 : 0;
+    const size_t right = image.width() > 1 ? 1 : 0;
     const int below = image.height() > 1 ? 1 : 0;
     for (int y = 0; y < result.height(); ++y) {
         const auto *upper = reinterpret_cast<const quint32 *>(image.constScanLine(2 * y));
         const auto *lower = reinterpret_cast<const quint32 *>(image.constScanLine(2 * y + below));
         auto *target = reinterpret_cast<quint32 *>(result.scanLine(y));
-        for (int x = 0; x < result.width(); ++x) {
+        for (size_t x = 0; x < size_t(result.width()); ++x) {
             const quint32 a = upper[2 * x];
             const quint32 b = upper[2 * x + right];
             const quint32 c = lower[2 * x];
