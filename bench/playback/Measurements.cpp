@@ -38,8 +38,11 @@ void wait(int duration) {
 bool waitUntil(const std::function<bool()> &condition, int patience = 5000) {
     QElapsedTimer clock;
     clock.start();
+    // Wakes the loop; with a time limit, processEvents() would not sleep but keep a whole core busy.
+    QTimer alarm;
+    alarm.start(2);
     while (!condition() && clock.elapsed() < patience) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return condition();
 }

@@ -12,6 +12,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>
+#include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
@@ -29,11 +30,15 @@ constexpr int patience = 60'000;
 void spin(const std::function<bool()> &condition) {
     QElapsedTimer clock;
     clock.start();
+    // Wakes the loop for the conditions that no event announces. (With a time limit, processEvents() would
+    // not sleep but keep a whole core busy.)
+    QTimer alarm;
+    alarm.start(10);
     while (!condition()) {
         if (clock.hasExpired(patience)) {
             fail("the program did not get there");
         }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
 
