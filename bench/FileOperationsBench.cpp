@@ -8,13 +8,12 @@
 #include "BatchProgress.h"
 #include "Comparison.h"
 #include "FileOperations.h"
+#include "MainThreadGaps.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFutureWatcher>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -85,16 +84,12 @@ void await(QFuture<Result> future) {
     QEventLoop loop;
     QFutureWatcher<Result> watcher;
     QObject::connect(&watcher, &QFutureWatcher<Result>::finished, &loop, &QEventLoop::quit);
-    QTimer timer;
-    QElapsedTimer clock;
-    timer.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-        longestGap = std::max(longestGap, double(clock.nsecsElapsed()) * 1e-6), clock.start();
-    });
-    clock.start();
-    timer.start(5);
+    MainThreadGaps gaps;
+    gaps.start();
     watcher.setFuture(future);
     loop.exec();
+    gaps.stop();
+    longestGap = std::max(longestGap, gaps.figures().longest);
 }
 
 /// As the program shows it.

@@ -3,6 +3,7 @@
 #include "BarePlayer.h"
 #include "MPVPlayerController.h"
 #include "MPVVideoSurface.h"
+#include "MainThreadGaps.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -22,7 +23,6 @@
 
 namespace {
 
-constexpr double allowedGap = 8;
 const QSizeF tile(432, 243);
 
 double milliseconds(const QElapsedTimer &clock) {
@@ -114,23 +114,13 @@ void Measurements::stalls(QQuickWindow &window, const QByteArray &file) {
     constexpr int seconds = 8;
     Playback playback(window, file, false, window.size());
     playback.waitForFrame();
-    double stalled = 0;
-    std::vector<double> gaps;
-    QElapsedTimer last;
-    last.start();
-    QTimer tick;
-    tick.setTimerType(Qt::PreciseTimer);
-    tick.callOnTimeout(&tick, [&] {
-        const double gap = milliseconds(last);
-        last.start();
-        gaps.push_back(gap);
-        stalled += gap > allowedGap ? gap : 0;
-    });
-    tick.start(1);
+    MainThreadGaps gaps;
+    gaps.start();
     wait(seconds * 1000);
-    print(QStringLiteral("stalls while playing: %1 % of the time in gaps over 8 ms; gaps %2")
-              .arg(stalled / seconds / 10, 0, 'f', 2)
-              .arg(summary(gaps)));
+    gaps.stop();
+    print(QStringLiteral("stalls while playing: %1 % of the time in gaps over 8 ms; worst %2 ms")
+              .arg(gaps.figures().share() * 100, 0, 'f', 2)
+              .arg(gaps.figures().longest, 0, 'f', 1));
 }
 
 void Measurements::startsAndEnds(QQuickWindow &window, const QByteArray &file) {
