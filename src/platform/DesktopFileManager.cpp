@@ -1,6 +1,7 @@
 #include "DesktopFileManager.h"
 
 #include "BackgroundTask.h"
+#include "DesktopPortal.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -36,9 +37,7 @@ OpenedFile openForPortal(const FileURL &url) {
 }
 
 QDBusMessage portalCall(const QString &method) {
-    return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.portal.Desktop"),
-                                          QStringLiteral("/org/freedesktop/portal/desktop"),
-                                          QStringLiteral("org.freedesktop.portal.OpenURI"), method);
+    return DesktopPortal::call(QStringLiteral("org.freedesktop.portal.OpenURI"), method);
 }
 
 } // namespace

@@ -1,19 +1,13 @@
 #include "HeifHeader.h"
 
+#include "HeifPointers.h"
+
 #include <algorithm>
 #include <array>
-#include <memory>
 
 #include <libheif/heif.h>
 
 namespace {
-
-struct ContextFreer {
-    void operator()(heif_context *context) const { heif_context_free(context); }
-};
-struct HandleReleaser {
-    void operator()(heif_image_handle *handle) const { heif_image_handle_release(handle); }
-};
 
 /// What libheif reads through. It asks for a few bytes here and there, of the boxes alone and never of the
 /// pixels; a window over the file keeps that from costing a system call each.
@@ -69,7 +63,7 @@ std::optional<QSize> HeifHeader::pixelSize(const RegularFile &file) {
                                         .read = Source::read,
                                         .seek = Source::seek,
                                         .wait_for_file_size = Source::wait};
-    const std::unique_ptr<heif_context, ContextFreer> context(heif_context_alloc());
+    const Heif<heif_context> context(heif_context_alloc());
     Source source(file);
     if (context == nullptr ||
         heif_context_read_from_reader(context.get(), &reader, &source, nullptr).code != heif_error_Ok) {
@@ -79,7 +73,7 @@ std::optional<QSize> HeifHeader::pixelSize(const RegularFile &file) {
     if (heif_context_get_primary_image_handle(context.get(), &found).code != heif_error_Ok) {
         return std::nullopt;
     }
-    const std::unique_ptr<heif_image_handle, HandleReleaser> handle(found);
+    const Heif<heif_image_handle> handle(found);
     const QSize size(heif_image_handle_get_width(found), heif_image_handle_get_height(found));
     return size.isEmpty() ? std::nullopt : std::optional(size);
 }

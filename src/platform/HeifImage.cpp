@@ -2,26 +2,14 @@
 
 #include "AreaReducer.h"
 #include "CodedColour.h"
+#include "HeifPointers.h"
 #include "HevcDecoderPlugin.h"
 
 #include <QColorSpace>
 
-#include <memory>
-
 #include <libheif/heif.h>
 
 namespace {
-
-struct HeifDeleter {
-    void operator()(heif_context *context) const { heif_context_free(context); }
-    void operator()(heif_image_handle *handle) const { heif_image_handle_release(handle); }
-    void operator()(heif_image *image) const { heif_image_release(image); }
-    void operator()(heif_decoding_options *options) const { heif_decoding_options_free(options); }
-    void operator()(heif_color_profile_nclx *profile) const { heif_nclx_color_profile_free(profile); }
-};
-
-template <typename Type>
-using Heif = std::unique_ptr<Type, HeifDeleter>;
 
 bool ok(const heif_error &error) {
     return error.code == heif_error_Ok;

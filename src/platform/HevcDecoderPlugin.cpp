@@ -1,5 +1,8 @@
 #include "HevcDecoderPlugin.h"
 
+#include "FFmpegPointers.h"
+#include "HeifPointers.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -25,25 +28,11 @@ constexpr int64_t largestPicture = 200'000'000;
 /// In coded bytes: tiles of 512 × 512 stay below it at any usual quality.
 constexpr size_t largestTile = 256 << 10;
 
-struct AvDeleter {
-    void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
-    void operator()(AVPacket *packet) const { av_packet_free(&packet); }
-    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
-};
-
-struct HeifDeleter {
-    void operator()(heif_image *image) const { heif_image_release(image); }
-    void operator()(heif_color_profile_nclx *profile) const { heif_nclx_color_profile_free(profile); }
-};
-
-using Frame = std::unique_ptr<AVFrame, AvDeleter>;
-using Image = std::unique_ptr<heif_image, HeifDeleter>;
-
 constexpr heif_error success{heif_error_Ok, heif_suberror_Unspecified, ""};
 constexpr heif_error failure{heif_error_Decoder_plugin_error, heif_suberror_Unspecified, "HEVC decoding"};
 
 /// Collects the units of one picture with start codes instead of lengths.
-struct Decoder {
+struct PictureDecoder {
     std::vector<uint8_t> stream;
 
     bool push(const uint8_t *data, size_t size) {
@@ -67,14 +56,13 @@ struct Decoder {
         return true;
     }
 
-    Frame decode() const;
+    FFmpeg::Frame decode() const;
 };
 
-Frame Decoder::decode() const {
+FFmpeg::Frame PictureDecoder::decode() const {
     const AVCodec *codec = avcodec_find_decoder(AV_CODEC_ID_HEVC);
-    const std::unique_ptr<AVCodecContext, AvDeleter> context(codec != nullptr ? avcodec_alloc_context3(codec)
-                                                                              : nullptr);
-    const std::unique_ptr<AVPacket, AvDeleter> packet(av_packet_alloc());
+    const FFmpeg::Decoder context(codec != nullptr ? avcodec_alloc_context3(codec) : nullptr);
+    const FFmpeg::Packet packet(av_packet_alloc());
     if (context == nullptr || packet == nullptr || av_new_packet(packet.get(), int(stream.size())) < 0) {
         return nullptr;
     }
@@ -87,7 +75,7 @@ Frame Decoder::decode() const {
         stream.size() > largestTile ? int(std::min(4U, std::thread::hardware_concurrency())) : 1;
     // A picture that is not whole is better left to the other decoder.
     context->err_recognition = AV_EF_EXPLODE;
-    Frame frame(av_frame_alloc());
+    FFmpeg::Frame frame(av_frame_alloc());
     const bool decoded = frame != nullptr && avcodec_open2(context.get(), codec, nullptr) == 0 &&
                          avcodec_send_packet(context.get(), packet.get()) == 0 &&
                          avcodec_send_packet(context.get(), nullptr) == 0 &&
@@ -148,7 +136,7 @@ bool copyPlane(heif_image *image, heif_channel channel, const AVFrame &frame, in
 
 /// What the coded picture says of its own colours; the container's word goes before it.
 void setColours(heif_image *image, const AVFrame &frame) {
-    const std::unique_ptr<heif_color_profile_nclx, HeifDeleter> profile(heif_nclx_color_profile_alloc());
+    const Heif<heif_color_profile_nclx> profile(heif_nclx_color_profile_alloc());
     if (profile == nullptr) {
         return;
     }
@@ -159,7 +147,7 @@ void setColours(heif_image *image, const AVFrame &frame) {
     heif_image_set_nclx_color_profile(image, profile.get());
 }
 
-Image imageOf(const AVFrame &frame) {
+Heif<heif_image> imageOf(const AVFrame &frame) {
     const AVPixFmtDescriptor *format = av_pix_fmt_desc_get(AVPixelFormat(frame.format));
     const auto layout = format != nullptr ? layoutOf(*format) : std::nullopt;
     heif_image *made = nullptr;
@@ -168,7 +156,7 @@ Image imageOf(const AVFrame &frame) {
             heif_error_Ok) {
         return nullptr;
     }
-    Image image(made);
+    Heif<heif_image> image(made);
     constexpr std::array channels{heif_channel_Y, heif_channel_Cb, heif_channel_Cr};
     for (int plane = 0; plane < layout->planes; ++plane) {
         if (!copyPlane(made, channels[size_t(plane)], frame, plane, *format)) {
@@ -189,22 +177,22 @@ int supports(heif_compression_format format) {
 }
 
 heif_error create(void **decoder) {
-    *decoder = std::make_unique<Decoder>().release();
+    *decoder = std::make_unique<PictureDecoder>().release();
     return success;
 }
 
 void destroy(void *decoder) {
-    const std::unique_ptr<Decoder> owned(static_cast<Decoder *>(decoder));
+    const std::unique_ptr<PictureDecoder> owned(static_cast<PictureDecoder *>(decoder));
 }
 
 heif_error push(void *decoder, const void *data, size_t size) {
-    return static_cast<Decoder *>(decoder)->push(static_cast<const uint8_t *>(data), size) ? success
-                                                                                           : failure;
+    return static_cast<PictureDecoder *>(decoder)->push(static_cast<const uint8_t *>(data), size) ? success
+                                                                                                  : failure;
 }
 
 heif_error decode(void *decoder, heif_image **result) {
-    const Frame frame = static_cast<const Decoder *>(decoder)->decode();
-    Image image = frame != nullptr ? imageOf(*frame) : nullptr;
+    const FFmpeg::Frame frame = static_cast<const PictureDecoder *>(decoder)->decode();
+    Heif<heif_image> image = frame != nullptr ? imageOf(*frame) : nullptr;
     *result = image.release();
     return *result != nullptr ? success : failure;
 }

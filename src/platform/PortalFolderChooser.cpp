@@ -1,5 +1,7 @@
 #include "PortalFolderChooser.h"
 
+#include "DesktopPortal.h"
+
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
@@ -9,8 +11,6 @@
 
 namespace {
 
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString chooserInterface = QStringLiteral("org.freedesktop.portal.FileChooser");
 const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 
@@ -37,8 +37,8 @@ PortalFolderChooser::PortalFolderChooser(QDBusConnection bus, ParentWindow paren
     if (!m_bus.isConnected()) {
         return;
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        portalService, portalPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    QDBusMessage call =
+        DesktopPortal::call(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call << chooserInterface << QStringLiteral("version");
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
@@ -63,9 +63,11 @@ QString PortalFolderChooser::newToken() {
 void PortalFolderChooser::listen(const QString &path, bool on) {
     const QString signal = QStringLiteral("Response");
     if (on) {
-        m_bus.connect(portalService, path, requestInterface, signal, this, SLOT(respond(QDBusMessage)));
+        m_bus.connect(DesktopPortal::service(), path, requestInterface, signal, this,
+                      SLOT(respond(QDBusMessage)));
     } else {
-        m_bus.disconnect(portalService, path, requestInterface, signal, this, SLOT(respond(QDBusMessage)));
+        m_bus.disconnect(DesktopPortal::service(), path, requestInterface, signal, this,
+                         SLOT(respond(QDBusMessage)));
     }
 }
 
@@ -75,15 +77,15 @@ QFuture<std::optional<FileURL>> PortalFolderChooser::choose(const QString &title
     }
     const QString token = newToken();
     const QString sender = m_bus.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
-    const QString path = portalPath + QLatin1String("/request/") + sender + QLatin1Char('/') + token;
+    const QString path =
+        DesktopPortal::path() + QLatin1String("/request/") + sender + QLatin1Char('/') + token;
     // Before the call, so that no answer is missed.
     listen(path, true);
     auto promise = std::make_shared<QPromise<Answer>>();
     promise->start();
     m_requests.insert(path, {promise, title, prompt});
 
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, chooserInterface,
-                                                       QStringLiteral("OpenFile"));
+    QDBusMessage call = DesktopPortal::call(chooserInterface, QStringLiteral("OpenFile"));
     call << m_parentWindow() << title
          << QVariantMap{{QStringLiteral("handle_token"), token},
                         {QStringLiteral("accept_label"), plainLabel(prompt)},

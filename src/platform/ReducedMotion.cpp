@@ -1,5 +1,7 @@
 #include "ReducedMotion.h"
 
+#include "DesktopPortal.h"
+
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -9,8 +11,6 @@
 
 namespace {
 
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 
 /// Groups of settings, each with its keys.
@@ -43,8 +43,8 @@ ReducedMotion::ReducedMotion(QDBusConnection bus, QObject *parent) : QObject(par
     }
     qDBusRegisterMetaType<Settings>();
     // Before the question, so that no change is missed.
-    m_bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
-                  SLOT(settingChanged(QDBusMessage)));
+    m_bus.connect(DesktopPortal::service(), DesktopPortal::path(), settingsInterface,
+                  QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QDBusMessage)));
     ask();
 }
 
@@ -53,8 +53,7 @@ void ReducedMotion::ask() {
     for (const Wish &wish : wishes) {
         groups.append(QLatin1String(wish.group));
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface,
-                                                       QStringLiteral("ReadAll"));
+    QDBusMessage call = DesktopPortal::call(settingsInterface, QStringLiteral("ReadAll"));
     call << groups;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr size_t mostFilesInGroup = 64;
+constexpr size_t mostFilesAtOnce = 64;
 constexpr char recordSuffix[] = ".trashinfo";
 constexpr qsizetype longestTrashedName = longestFileName - qsizetype(sizeof recordSuffix - 1);
 /// Names are numbered one by one at first; a trash full of files of one name is left by a leap.
@@ -78,7 +78,7 @@ Trash::~Trash() {
 
 void Trash::add(const FileURL &file) {
     m_group.push_back(process(file));
-    if (m_group.size() >= mostFilesInGroup) {
+    if (m_group.size() >= mostFilesAtOnce) {
         flush();
     }
 }

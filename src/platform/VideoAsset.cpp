@@ -1,5 +1,6 @@
 #include "VideoAsset.h"
 
+#include "FFmpegPointers.h"
 #include "SampleAspect.h"
 #include "VideoContainer.h"
 
@@ -15,17 +16,12 @@ extern "C" {
 
 namespace {
 
-using Size = std::optional<QSizeF>;
+using DisplaySize = std::optional<QSizeF>;
 
 /// For one way of reading a file; whole seconds happen only with slow disks and hostile files.
 constexpr std::chrono::milliseconds timeLimit{4000};
 /// How far packets are searched for a picture size before the dear analysis of the streams.
 constexpr qint64 maximumBytes = 4 << 20;
-
-struct PacketFreer {
-    void operator()(AVPacket *packet) const { av_packet_free(&packet); }
-};
-using Packet = std::unique_ptr<AVPacket, PacketFreer>;
 
 bool codecTellsAspect(AVCodecID codec) {
     return codec == AV_CODEC_ID_H264 || codec == AV_CODEC_ID_MPEG1VIDEO || codec == AV_CODEC_ID_MPEG2VIDEO;
@@ -72,8 +68,8 @@ QSizeF turned(const QSizeF &size, const int32_t *matrix) {
         (std::abs(double(matrix[1])) * size.width() + std::abs(double(matrix[4])) * size.height()) / scaleY};
 }
 
-Size displayed(const VideoContainer &container, AVStream &stream, QSize stored,
-               std::span<const quint8> packet) {
+DisplaySize displayed(const VideoContainer &container, AVStream &stream, QSize stored,
+                      std::span<const quint8> packet) {
     if (stored.isEmpty()) {
         return std::nullopt;
     }
@@ -82,7 +78,7 @@ Size displayed(const VideoContainer &container, AVStream &stream, QSize stored,
 }
 
 /// What the container's header alone tells, in most formats all.
-Size sizeFromHeader(const VideoContainer &container) {
+DisplaySize sizeFromHeader(const VideoContainer &container) {
     AVStream *stream = container.videoStream();
     if (stream == nullptr) {
         return std::nullopt;
@@ -99,8 +95,8 @@ bool aspectMayFollow(const VideoContainer &container) {
 
 /// Reads packets until the stream's parser has met the head of a picture: broadcast and Flash containers do
 /// not tell the size themselves.
-Size sizeFromPackets(const VideoContainer &container) {
-    const Packet packet(av_packet_alloc());
+DisplaySize sizeFromPackets(const VideoContainer &container) {
+    const FFmpeg::Packet packet(av_packet_alloc());
     qint64 bytes = 0;
     while (packet != nullptr && bytes < maximumBytes && !container.timedOut() &&
            av_read_frame(container.context(), packet.get()) >= 0) {
@@ -112,7 +108,7 @@ Size sizeFromPackets(const VideoContainer &container) {
                                      ? QSize(parser->width, parser->height)
                                      : QSize(stream->codecpar->width, stream->codecpar->height);
             const std::span<const quint8> coded(packet->data, size_t(std::max(packet->size, 0)));
-            if (const Size size = displayed(container, *stream, stored, coded)) {
+            if (const DisplaySize size = displayed(container, *stream, stored, coded)) {
                 return size;
             }
         }
@@ -128,7 +124,7 @@ std::optional<QSizeF> VideoAsset::displaySize(const FileURL &url) {
     if (container == nullptr) {
         return std::nullopt;
     }
-    const Size fromHeader = sizeFromHeader(*container);
+    const DisplaySize fromHeader = sizeFromHeader(*container);
     if (fromHeader && !aspectMayFollow(*container)) {
         return fromHeader;
     }
@@ -136,7 +132,7 @@ std::optional<QSizeF> VideoAsset::displaySize(const FileURL &url) {
     if (container->videoStream() == nullptr && !streamsMayFollow) {
         return std::nullopt;
     }
-    if (const Size size = sizeFromPackets(*container)) {
+    if (const DisplaySize size = sizeFromPackets(*container)) {
         return size;
     }
     if (fromHeader) {

@@ -14,7 +14,7 @@ extern "C" {
 namespace {
 
 /// As large as FFmpeg's own buffer for files.
-constexpr int bufferSize = 32768;
+constexpr int readBufferSize = 32768;
 /// Content that no demuxer claims within so many bytes is not a video. The default of 1 MiB makes every file
 /// of noise cost tens of milliseconds.
 constexpr int formatProbeSize = 65536;
@@ -93,11 +93,11 @@ struct VideoContainer::Private {
     }
 
     bool makeIO() {
-        auto *buffer = static_cast<unsigned char *>(av_malloc(bufferSize));
+        auto *buffer = static_cast<unsigned char *>(av_malloc(readBufferSize));
         if (buffer == nullptr) {
             return false;
         }
-        io.reset(avio_alloc_context(buffer, bufferSize, 0, this, read, nullptr, seek));
+        io.reset(avio_alloc_context(buffer, readBufferSize, 0, this, read, nullptr, seek));
         if (io == nullptr) {
             av_free(buffer);
         }

@@ -1,5 +1,6 @@
 #include "VideoStill.h"
 
+#include "FFmpegPointers.h"
 #include "VideoContainer.h"
 #include "VideoFrameScaler.h"
 
@@ -18,20 +19,14 @@ extern "C" {
 
 namespace {
 
-struct AvDeleter {
-    void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
-    void operator()(AVPacket *packet) const { av_packet_free(&packet); }
-    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
-};
-
-using Packet = std::unique_ptr<AVPacket, AvDeleter>;
-using Frame = std::unique_ptr<AVFrame, AvDeleter>;
-using Decoder = std::unique_ptr<AVCodecContext, AvDeleter>;
+using FFmpeg::Decoder;
+using FFmpeg::Frame;
+using FFmpeg::Packet;
 
 /// How far a damaged or strange stream is followed before another way is tried.
 constexpr int mostPackets = 2000;
 
-enum class Place { sampleTime, start };
+enum class SeekTarget { sampleTime, start };
 
 /// One attempt at a still of one freshly opened video.
 class Extraction {
@@ -45,7 +40,7 @@ public:
         }
     }
 
-    Frame frame(Place place);
+    Frame frame(SeekTarget target);
 
 private:
     static Decoder open(const AVStream *stream);
@@ -90,11 +85,11 @@ double sampleTime(const AVFormatContext *context, const AVStream *stream) {
     return std::isfinite(duration) && duration > 0 ? duration * 0.2 : 1.0;
 }
 
-Frame Extraction::frame(Place place) {
+Frame Extraction::frame(SeekTarget target) {
     if (m_decoder == nullptr || m_packet == nullptr) {
         return nullptr;
     }
-    if (place == Place::start) {
+    if (target == SeekTarget::start) {
         return firstFrame();
     }
     const double time = sampleTime(m_container.context(), m_stream);
@@ -191,7 +186,7 @@ QTransform uprightTransform(const AVStream *stream, const AVFrame *frame) {
     return {0, sign(matrix[1]), sign(matrix[3]), 0, 0, 0};
 }
 
-QImage stillAt(Place place, const FileURL &url, int maxPixelSize) {
+QImage stillAt(SeekTarget target, const FileURL &url, int maxPixelSize) {
     const auto container = VideoContainer::open(url, std::chrono::seconds(VideoStill::timeLimit));
     if (container == nullptr) {
         return {};
@@ -205,7 +200,7 @@ QImage stillAt(Place place, const FileURL &url, int maxPixelSize) {
     if (stream == nullptr) {
         return {};
     }
-    const Frame frame = Extraction(*container, stream).frame(place);
+    const Frame frame = Extraction(*container, stream).frame(target);
     if (frame == nullptr) {
         return {};
     }
@@ -225,9 +220,9 @@ QImage stillAt(Place place, const FileURL &url, int maxPixelSize) {
 namespace VideoStill {
 
 QImage frame(const FileURL &url, int maxPixelSize) {
-    const QImage still = stillAt(Place::sampleTime, url, maxPixelSize);
+    const QImage still = stillAt(SeekTarget::sampleTime, url, maxPixelSize);
     // The sample time may lie behind the end of the data, or nothing there can be decoded.
-    return still.isNull() ? stillAt(Place::start, url, maxPixelSize) : still;
+    return still.isNull() ? stillAt(SeekTarget::start, url, maxPixelSize) : still;
 }
 
 } // namespace VideoStill

@@ -67,7 +67,7 @@ MPVOpenGLView::~MPVOpenGLView() {
 void MPVOpenGLView::setPresentsFramesThroughLayer(bool on) {
     m_presentsFramesThroughLayer = on;
     if (on && !m_layer) {
-        m_layer.emplace();
+        m_layer = PictureLayer{};
     }
     if (m_layer) {
         m_layer->hidden = !on;
