@@ -49,7 +49,12 @@ void MPVPlayerController::start() {
         return;
     }
     setOptions();
-    if (m_functions.initialize(m_player) < 0 || m_surface->configureWithMPV(m_player) < 0) {
+    if (m_functions.initialize(m_player) < 0) {
+        destroyPlayer();
+        return;
+    }
+    leaveVideoHardwareAlone();
+    if (m_surface->configureWithMPV(m_player) < 0) {
         destroyPlayer();
         return;
     }
@@ -77,6 +82,14 @@ void MPVPlayerController::setOptions() {
     setOption("audio-client-name", "Mosa");
     setOption("sub-auto", "fuzzy");
     setOption("sub-file-paths", "sub:subs:subtitles");
+}
+
+/// A preview decodes in software. Still the renderer would look for all that it could take decoded frames from,
+/// open the drivers, and write to the console which of them are not there.
+void MPVPlayerController::leaveVideoHardwareAlone() {
+    if (m_preview) {
+        setProperty(QStringLiteral("gpu-hwdec-interop"), QStringLiteral("no"));
+    }
 }
 
 /// What merely has a video's name may be a playlist, or may describe streams: it leads neither to other files

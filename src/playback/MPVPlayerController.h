@@ -80,6 +80,7 @@ Q_SIGNALS:
 private:
     void start();
     void setOptions();
+    void leaveVideoHardwareAlone();
     void refuseReferences();
     void configurePlayer();
     void destroyPlayer();

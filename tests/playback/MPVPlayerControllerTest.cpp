@@ -87,8 +87,11 @@ void MPVPlayerControllerTest::startsAndStops() {
     QCOMPARE(player.paused(), false);
     QStringList started{QStringLiteral("create")};
     started += options(hwdec, loop);
-    started << QStringLiteral("initialize")
-            << QStringLiteral("render_context_create API_TYPE=opengl OPENGL_INIT_PARAMS")
+    started << QStringLiteral("initialize");
+    if (preview) {
+        started << QStringLiteral("set gpu-hwdec-interop=no");
+    }
+    started << QStringLiteral("render_context_create API_TYPE=opengl OPENGL_INIT_PARAMS")
             << QStringLiteral("set_update_callback") << QStringLiteral("set video-timing-offset=0")
             << QStringLiteral("set access-references=no")
             << QStringLiteral("set demuxer-lavf-o=protocol_whitelist=file")
