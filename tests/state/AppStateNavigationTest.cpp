@@ -169,8 +169,8 @@ private Q_SLOTS:
         m_state->toggleFlag(m_state->photos()[1]);
         m_state->hideVideo(m_state->videos()[0]);
         m_state->setPage(2);
-        const QSet<QString> flags = m_state->flags();
-        const QSet<QString> hidden = m_state->hiddenVideos();
+        const QSet<FileURL> flags = m_state->flags();
+        const QSet<FileURL> hidden = m_state->hiddenVideos();
 
         QVERIFY(m_fixture->show(scanResult("/b", 1, 0)));
         m_state->setViewFlaggedOnly(true);
