@@ -25,6 +25,9 @@ AppState::AppState(Services services, QObject *parent) : QObject(parent), m_serv
 
 AppState::~AppState() {
     abandonScan();
+    for (QFuture<void> &batch : m_batches) {
+        batch.cancel();
+    }
 }
 
 QVariant AppState::folderVariant() const {

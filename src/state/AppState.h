@@ -188,6 +188,8 @@ private:
     void withFlaggedFiles(const FilesAction &act);
     /// Shows a batch that begins, until its progress is ended.
     BatchProgress showProgress();
+    /// Lets a batch stop between two files, or within a large one, when this object ends.
+    void keepBatch(const QFuture<void> &batch);
     void startTrash(const QList<FileURL> &files);
     void askToTrash(const QList<FileURL> &files);
     void performFileOperation(FileOperationKind kind);
@@ -221,6 +223,7 @@ private:
     /// Tells the answers of the latest opening from those of abandoned ones.
     quint64 m_opening = 0;
     QFuture<ScanResult> m_scan;
+    QList<QFuture<void>> m_batches;
     /// A chooser or an alert of this object waits for its answer; it is modal, so no second one is shown.
     bool m_asking = false;
 };

@@ -79,17 +79,23 @@ void AppState::askToTrash(const QList<FileURL> &files) {
     });
 }
 
+void AppState::keepBatch(const QFuture<void> &batch) {
+    m_batches.removeIf([](const QFuture<void> &earlier) { return earlier.isFinished(); });
+    m_batches.append(batch);
+}
+
 void AppState::startTrash(const QList<FileURL> &files) {
     const BatchProgress progress = showProgress();
-    whenFinished(this, m_services.trash(files, progress.reporter()),
-                 [this, progress](const QFuture<QList<FileURL>> &finished) {
-                     progress.end();
-                     const QList<FileURL> trashed = finishedResultOr(finished, QList<FileURL>());
-                     removeFromBrowser(trashed, [this, count = trashed.size()] {
-                         assignOperationProgress(std::nullopt);
-                         assignStatusMessage(QStringLiteral("Moved %1 to Trash").arg(countedItems(count)));
-                     });
-                 });
+    const QFuture<QList<FileURL>> batch = m_services.trash(files, progress.reporter());
+    keepBatch(QFuture<void>(batch));
+    whenFinished(this, batch, [this, progress](const QFuture<QList<FileURL>> &finished) {
+        progress.end();
+        const QList<FileURL> trashed = finishedResultOr(finished, QList<FileURL>());
+        removeFromBrowser(trashed, [this, count = trashed.size()] {
+            assignOperationProgress(std::nullopt);
+            assignStatusMessage(QStringLiteral("Moved %1 to Trash").arg(countedItems(count)));
+        });
+    });
 }
 
 void AppState::performFileOperation(FileOperationKind kind) {
@@ -117,14 +123,15 @@ void AppState::startTransfer(const QList<FileURL> &files, const FileURL &folder,
     const BatchProgress progress = showProgress();
     assignStatusMessage(kind == FileOperationKind::copy ? QStringLiteral("Copying\u2026")
                                                         : QStringLiteral("Moving\u2026"));
-    whenFinished(this, m_services.transfer(files, folder, kind, progress.reporter()),
-                 [this, kind, files, progress](const QFuture<FileTransferResult> &finished) {
-                     progress.end();
-                     const FileTransferResult none{.sources = {}, .destinations = {}, .failures = files};
-                     const FileTransferResult result = finishedResultOr(finished, none);
-                     const auto tell = [this, result, kind] { tellTransferred(result, kind); };
-                     kind == FileOperationKind::copy ? tell() : removeFromBrowser(result.sources, tell);
-                 });
+    const QFuture<FileTransferResult> batch = m_services.transfer(files, folder, kind, progress.reporter());
+    keepBatch(QFuture<void>(batch));
+    whenFinished(this, batch, [this, kind, files, progress](const QFuture<FileTransferResult> &finished) {
+        progress.end();
+        const FileTransferResult none{.sources = {}, .destinations = {}, .failures = files};
+        const FileTransferResult result = finishedResultOr(finished, none);
+        const auto tell = [this, result, kind] { tellTransferred(result, kind); };
+        kind == FileOperationKind::copy ? tell() : removeFromBrowser(result.sources, tell);
+    });
 }
 
 void AppState::tellTransferred(const FileTransferResult &result, FileOperationKind kind) {

@@ -216,6 +216,7 @@ private Q_SLOTS:
         flag(1);
         QVERIFY(startsTrash());
         m_fixture->state.reset();
+        QVERIFY(m_fixture->trashes.front().isCancelled());
         std::thread([trash = std::exchange(m_fixture->trashes, {}).front()]() mutable {
             trash.progress(1, 1);
             trash.answer(trash.files);
