@@ -27,7 +27,6 @@ private Q_SLOTS:
     void keepsTheFocusInside();
     void choosesATypedFolder();
     void makesAFolderToCopyInto();
-    void arranges();
     void arrangesByDragging();
     void arrangesWithArrowKeys();
     void zooms();
@@ -189,27 +188,6 @@ void SheetsTest::makesAFolderToCopyInto() {
     click(QStringLiteral("Copy Here"));
     QTRY_VERIFY(answer.isFinished());
     QCOMPARE(answer.result()->path(), directory.filePath(QStringLiteral("x")));
-}
-
-void SheetsTest::arranges() {
-    AppState &state = *m_fixture->state;
-    state.setArrangeOpen(true);
-    QQuickItem *list = find(QStringLiteral("Videos"));
-    QVERIFY(list != nullptr);
-    QQuickItem *first = find(QStringLiteral("v0.mp4"), list);
-    QQuickItem *second = find(QStringLiteral("v1.mp4"), list);
-    QVERIFY(!find(QStringLiteral("Move Up"), first)->isEnabled());
-    const QQuickItem *down = find(QStringLiteral("Move Down"), first);
-    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, down->mapToScene(QPointF(14, 13)).toPoint());
-    QCOMPARE(state.videos()[1].id(), QStringLiteral("/f/v0.mp4"));
-    // The rows are the same items as before, in other places.
-    QTRY_VERIFY(first->y() > second->y());
-    QCOMPARE(find(QStringLiteral("v0.mp4"), list), first);
-    click(QStringLiteral("Reset"));
-    QCOMPARE(state.videos()[0].id(), QStringLiteral("/f/v0.mp4"));
-    QTest::keyClick(m_view.get(), Qt::Key_Return);
-    QVERIFY(!state.arrangeOpen());
-    QVERIFY(find(QStringLiteral("Videos")) == nullptr);
 }
 
 void SheetsTest::arrangesByDragging() {
