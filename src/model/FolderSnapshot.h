@@ -13,6 +13,6 @@ struct FolderSnapshot {
     QList<FolderCard> folders;
     MediaKind activeTab = MediaKind::video;
     int page = 0;
-    QSet<QString> flags;
-    QSet<QString> hiddenVideos;
+    QSet<FileURL> flags;
+    QSet<FileURL> hiddenVideos;
 };

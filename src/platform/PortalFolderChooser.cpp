@@ -6,6 +6,7 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QPromise>
 #include <QRandomGenerator>
 
@@ -46,6 +47,14 @@ PortalFolderChooser::PortalFolderChooser(QDBusConnection bus, ParentWindow paren
         const QDBusPendingReply<QVariant> reply = *watcher;
         // Folders can be chosen since the third version.
         setAvailable(!reply.isError() && reply.value().toUInt() >= 3);
+    });
+    // A portal that dies never answers.
+    const auto *portal =
+        new QDBusServiceWatcher(portalService, m_bus, QDBusServiceWatcher::WatchForUnregistration, this);
+    connect(portal, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        for (const QString &path : m_requests.keys()) {
+            refuse(path);
+        }
     });
 }
 

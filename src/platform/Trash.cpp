@@ -5,6 +5,7 @@
 #include "NumberedName.h"
 #include "SystemError.h"
 
+#include <QDateTime>
 #include <QRandomGenerator>
 
 #include <set>
@@ -39,6 +40,12 @@ std::error_code writeAll(int descriptor, const QByteArray &bytes) {
     return {};
 }
 
+/// What a trash keeps of a file that was at this path (absolute, or relative to the top of its mount).
+QByteArray recordOf(const QByteArray &path) {
+    return "[Trash Info]\nPath=" + path.toPercentEncoding("/") + "\nDeletionDate=" +
+           QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toLatin1() + '\n';
+}
+
 /// Where the record says the file was. Read from the open folder, so that it is true even when a folder above
 /// was renamed or is reached through a link. Empty when it cannot be told.
 QByteArray recordedPath(const FileURL &file, const SourceFile &source, const TrashDirectory &trash) {
@@ -53,11 +60,6 @@ QByteArray recordedPath(const FileURL &file, const SourceFile &source, const Tra
 }
 
 } // namespace
-
-QByteArray trashRecord(const QByteArray &path, const QDateTime &when) {
-    return "[Trash Info]\nPath=" + path.toPercentEncoding("/") +
-           "\nDeletionDate=" + when.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toLatin1() + '\n';
-}
 
 Trash::Trash(Finished finished) : m_finished(std::move(finished)) {
     if (!TrashDirectory::hasHome()) {
@@ -97,7 +99,7 @@ Trash::Entry Trash::process(const FileURL &file) {
         entry.outcome.error = systemError(ESTALE);
         return entry;
     }
-    entry.record = trashRecord(path, QDateTime::currentDateTime());
+    entry.record = recordOf(path);
     entry.outcome.error = writeRecord(entry);
     return entry;
 }

@@ -6,7 +6,7 @@
 #include "SourceFile.h"
 #include "TrashDirectory.h"
 
-#include <QDateTime>
+#include <QByteArray>
 
 #include <functional>
 #include <map>
@@ -68,7 +68,3 @@ private:
     SourceFolders m_sourceFolders;
     std::vector<Entry> m_group;
 };
-
-/// The text of the record for a file at this path (absolute, or relative to the top of its mount), trashed at
-/// this local time.
-QByteArray trashRecord(const QByteArray &path, const QDateTime &when);

@@ -25,6 +25,9 @@ AppState::AppState(Services services, QObject *parent) : QObject(parent), m_serv
 
 AppState::~AppState() {
     abandonScan();
+    for (QFuture<void> &batch : m_batches) {
+        batch.cancel();
+    }
 }
 
 QVariant AppState::folderVariant() const {
@@ -59,34 +62,34 @@ void AppState::assignLists(const FileURL &folder, const QList<MediaFile> &videos
 
 void AppState::assignVideos(const QList<MediaFile> &videos) {
     m_videos = videos;
-    m_currentMedia.reset();
+    forgetCurrentMedia();
     Q_EMIT videosChanged();
     changeCurrentMedia();
 }
 
 void AppState::assignPhotos(const QList<MediaFile> &photos) {
     m_photos = photos;
-    m_currentMedia.reset();
+    forgetCurrentMedia();
     Q_EMIT photosChanged();
     changeCurrentMedia();
 }
 
-void AppState::assignFlags(const QSet<QString> &flags) {
+void AppState::assignFlags(const QSet<FileURL> &flags) {
     m_flags = flags;
     publishFlags();
 }
 
 void AppState::publishFlags() {
-    m_currentMedia.reset();
+    forgetCurrentMedia();
     Q_EMIT flagsChanged();
     if (m_viewFlaggedOnly) {
         changeCurrentMedia();
     }
 }
 
-void AppState::assignHiddenVideos(const QSet<QString> &hidden) {
+void AppState::assignHiddenVideos(const QSet<FileURL> &hidden) {
     m_hiddenVideos = hidden;
-    m_currentMedia.reset();
+    forgetCurrentMedia();
     Q_EMIT hiddenVideosChanged();
     changeCurrentMedia();
 }
@@ -116,8 +119,13 @@ void AppState::assignOperationProgress(const std::optional<double> &progress) {
     Q_EMIT operationProgressChanged();
 }
 
-void AppState::changeCurrentMedia() {
+void AppState::forgetCurrentMedia() {
     m_currentMedia.reset();
+    ++m_revision;
+}
+
+void AppState::changeCurrentMedia() {
+    forgetCurrentMedia();
     Q_EMIT currentMediaChanged();
 }
 
@@ -175,7 +183,7 @@ void AppState::openFolder(const FileURL &url, bool rememberHistory) {
 }
 
 FolderSnapshot AppState::snapshot() const {
-    return {.folder = *m_folder,
+    return {.folder = m_folder.value_or(FileURL()),
             .videos = m_videos,
             .photos = m_photos,
             .folders = m_folders,

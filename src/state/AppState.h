@@ -80,9 +80,9 @@ public:
     void setActiveTab(MediaKind tab);
     int page() const { return m_page; }
     void setPage(int page);
-    const QSet<QString> &flags() const { return m_flags; }
+    const QSet<FileURL> &flags() const { return m_flags; }
     int flagCount() const { return int(m_flags.size()); }
-    const QSet<QString> &hiddenVideos() const { return m_hiddenVideos; }
+    const QSet<FileURL> &hiddenVideos() const { return m_hiddenVideos; }
     int hiddenVideoCount() const { return int(m_hiddenVideos.size()); }
     bool viewFlaggedOnly() const { return m_viewFlaggedOnly; }
     void setViewFlaggedOnly(bool on);
@@ -107,7 +107,7 @@ public:
     Q_INVOKABLE void openFolder(const FileURL &url, bool rememberHistory);
     Q_INVOKABLE void navigateBack();
 
-    Q_INVOKABLE bool isFlagged(const QString &id) const { return m_flags.contains(id); }
+    Q_INVOKABLE bool isFlagged(const QString &id) const { return m_flags.contains(FileURL::fromPath(id)); }
     Q_INVOKABLE void toggleFlag(const MediaFile &file);
     Q_INVOKABLE void setFlagged(const QStringList &ids, bool flagged);
     Q_INVOKABLE void hideVideo(const MediaFile &file);
@@ -155,15 +155,17 @@ private:
                      const QList<FolderCard> &folders);
     void assignVideos(const QList<MediaFile> &videos);
     void assignPhotos(const QList<MediaFile> &photos);
-    void assignFlags(const QSet<QString> &flags);
+    void assignFlags(const QSet<FileURL> &flags);
     /// After a change of m_flags in place.
     void publishFlags();
-    void assignHiddenVideos(const QSet<QString> &hidden);
+    void assignHiddenVideos(const QSet<FileURL> &hidden);
     void assignFullItem(const std::optional<MediaFile> &item);
     void assignIsScanning(bool scanning);
     void assignErrorMessage(const std::optional<QString> &message);
     void assignStatusMessage(const std::optional<QString> &message);
     void assignOperationProgress(const std::optional<double> &progress);
+    /// Before the signals of a change of what currentMedia() is made of.
+    void forgetCurrentMedia();
     void changeCurrentMedia();
 
     FolderSnapshot snapshot() const;
@@ -175,16 +177,27 @@ private:
     void rememberFolder(const FileURL &folder);
 
     QList<MediaFile> filteredMedia() const;
-    /// Keeps the files whose paths are in the set, or those whose are not.
-    static void keepIf(QList<MediaFile> &files, const QSet<QString> &paths, bool contained);
+    /// Keeps the files that are in the set, or those that are not.
+    static void keepIf(QList<MediaFile> &files, const QSet<FileURL> &set, bool contained);
+    static QList<MediaFile> flaggedItems(const FolderSnapshot &folder);
 
+    using FilesAction = std::function<void(const QList<FileURL> &)>;
+
+    /// Collects the flagged files and, when there are any, acts on them. Of a large folder that takes a
+    /// while, which the main thread does not wait for.
+    void withFlaggedFiles(const FilesAction &act);
     /// Shows a batch that begins, until its progress is ended.
     BatchProgress showProgress();
+    /// Lets a batch stop between two files, or within a large one, when this object ends.
+    void keepBatch(const QFuture<void> &batch);
     void startTrash(const QList<FileURL> &files);
+    void askToTrash(const QList<FileURL> &files);
     void performFileOperation(FileOperationKind kind);
+    void askWhere(const QList<FileURL> &files, FileOperationKind kind);
     void startTransfer(const QList<FileURL> &files, const FileURL &folder, FileOperationKind kind);
-    void finishTransfer(const FileTransferResult &result, FileOperationKind kind);
-    void removeFromBrowser(const QSet<QString> &paths);
+    void tellTransferred(const FileTransferResult &result, FileOperationKind kind);
+    /// Forgets the files, which takes a while as well, and then calls back.
+    void removeFromBrowser(const QList<FileURL> &files, const std::function<void()> &finished);
 
     Services m_services;
     std::optional<FileURL> m_folder;
@@ -193,8 +206,8 @@ private:
     QList<FolderCard> m_folders;
     MediaKind m_activeTab = MediaKind::video;
     int m_page = 0;
-    QSet<QString> m_flags;
-    QSet<QString> m_hiddenVideos;
+    QSet<FileURL> m_flags;
+    QSet<FileURL> m_hiddenVideos;
     bool m_viewFlaggedOnly = false;
     std::optional<MediaFile> m_fullItem;
     bool m_isScanning = false;
@@ -205,9 +218,12 @@ private:
     QList<FolderSnapshot> m_history;
     /// currentMedia() as of the last read; none after a change of what it is made of.
     mutable std::optional<QList<MediaFile>> m_currentMedia;
+    /// Changes with the lists, the flags and the removed videos.
+    quint64 m_revision = 0;
     /// Tells the answers of the latest opening from those of abandoned ones.
     quint64 m_opening = 0;
     QFuture<ScanResult> m_scan;
+    QList<QFuture<void>> m_batches;
     /// A chooser or an alert of this object waits for its answer; it is modal, so no second one is shown.
     bool m_asking = false;
 };

@@ -6,33 +6,13 @@
 
 #include <algorithm>
 
-namespace {
-
-QSet<QByteArray> nativePaths(const QSet<QString> &paths) {
-    QSet<QByteArray> native;
-    native.reserve(paths.size());
-    for (const QString &path : paths) {
-        native.insert(FileURL::encode(path));
-    }
-    return native;
-}
-
-} // namespace
-
-void AppState::keepIf(QList<MediaFile> &files, const QSet<QString> &paths, bool contained) {
-    // Making every item's path text is dear, unless the paths to be made bytes are as many.
-    if (paths.size() > files.size() / 4) {
-        files.removeIf([&](const MediaFile &file) { return paths.contains(file.id()) != contained; });
-        return;
-    }
-    const QSet<QByteArray> native = nativePaths(paths);
-    files.removeIf(
-        [&](const MediaFile &file) { return native.contains(file.url.nativePath()) != contained; });
+void AppState::keepIf(QList<MediaFile> &files, const QSet<FileURL> &set, bool contained) {
+    files.removeIf([&](const MediaFile &file) { return set.contains(file.url) != contained; });
 }
 
 void AppState::setActiveTab(MediaKind tab) {
     m_activeTab = tab;
-    m_currentMedia.reset();
+    forgetCurrentMedia();
     Q_EMIT activeTabChanged();
     changeCurrentMedia();
     setPage(0);
@@ -45,7 +25,7 @@ void AppState::setPage(int page) {
 
 void AppState::setViewFlaggedOnly(bool on) {
     m_viewFlaggedOnly = on;
-    m_currentMedia.reset();
+    forgetCurrentMedia();
     Q_EMIT viewFlaggedOnlyChanged();
     changeCurrentMedia();
 }
@@ -74,33 +54,33 @@ QList<MediaFile> AppState::filteredMedia() const {
 }
 
 QList<MediaFile> AppState::flaggedItems() const {
-    if (m_flags.isEmpty()) {
-        return {};
-    }
-    QList<MediaFile> items = m_videos + m_photos;
-    keepIf(items, m_flags, true);
+    return flaggedItems(snapshot());
+}
+
+QList<MediaFile> AppState::flaggedItems(const FolderSnapshot &folder) {
+    QList<MediaFile> items = folder.videos + folder.photos;
+    keepIf(items, folder.flags, true);
     return items;
 }
 
 void AppState::toggleFlag(const MediaFile &file) {
-    const QString id = file.id();
-    setFlagged({id}, !m_flags.contains(id));
+    setFlagged({file.id()}, !m_flags.contains(file.url));
 }
 
 void AppState::setFlagged(const QStringList &ids, bool flagged) {
     for (const QString &id : ids) {
         if (flagged) {
-            m_flags.insert(id);
+            m_flags.insert(FileURL::fromPath(id));
         } else {
-            m_flags.remove(id);
+            m_flags.remove(FileURL::fromPath(id));
         }
     }
     publishFlags();
 }
 
 void AppState::hideVideo(const MediaFile &file) {
-    QSet<QString> hidden = m_hiddenVideos;
-    hidden.insert(file.id());
+    QSet<FileURL> hidden = m_hiddenVideos;
+    hidden.insert(file.url);
     assignHiddenVideos(hidden);
     setPage(0);
 }

@@ -3,10 +3,12 @@
 #include "AppState.h"
 
 #include "AlertPresenter.h"
+#include "BackgroundTask.h"
 #include "FolderChooser.h"
 #include "WhenFinished.h"
 
 #include <QPointer>
+#include <QSet>
 
 namespace {
 
@@ -29,15 +31,6 @@ QList<FileURL> urlsOf(const QList<MediaFile> &items) {
     return urls;
 }
 
-QSet<QString> pathsOf(const QList<FileURL> &urls) {
-    QSet<QString> paths;
-    paths.reserve(urls.size());
-    for (const FileURL &url : urls) {
-        paths.insert(url.path());
-    }
-    return paths;
-}
-
 } // namespace
 
 BatchProgress AppState::showProgress() {
@@ -49,18 +42,36 @@ BatchProgress AppState::showProgress() {
     });
 }
 
-void AppState::trashFlagged() {
-    const QList<MediaFile> items = flaggedItems();
-    if (items.isEmpty() || m_asking || m_services.alerts == nullptr) {
+void AppState::withFlaggedFiles(const FilesAction &act) {
+    if (m_asking || m_flags.isEmpty()) {
         return;
     }
     m_asking = true;
+    const auto collected = BackgroundTask::run<QList<FileURL>>(
+        [folder = snapshot()](auto &promise) { promise.addResult(urlsOf(flaggedItems(folder))); });
+    whenFinished(this, collected, [this, act](const QFuture<QList<FileURL>> &finished) {
+        m_asking = false;
+        const QList<FileURL> files = finishedResultOr(finished, QList<FileURL>());
+        if (!files.isEmpty()) {
+            act(files);
+        }
+    });
+}
+
+void AppState::trashFlagged() {
+    if (m_services.alerts != nullptr) {
+        withFlaggedFiles([this](const QList<FileURL> &files) { askToTrash(files); });
+    }
+}
+
+void AppState::askToTrash(const QList<FileURL> &files) {
+    m_asking = true;
     const auto answer = m_services.alerts->present(
-        {.messageText = QStringLiteral("Move %1 to Trash?").arg(countedItems(items.size())),
+        {.messageText = QStringLiteral("Move %1 to Trash?").arg(countedItems(files.size())),
          .informativeText = QStringLiteral("The files can be recovered from the Trash."),
          .buttons = {QStringLiteral("Move to Trash"), QStringLiteral("Cancel")},
          .destructive = true});
-    whenFinished(this, answer, [this, files = urlsOf(items)](const QFuture<int> &finished) {
+    whenFinished(this, answer, [this, files](const QFuture<int> &finished) {
         m_asking = false;
         if (finishedResultOr(finished, -1) == 0) {
             startTrash(files);
@@ -68,56 +79,63 @@ void AppState::trashFlagged() {
     });
 }
 
+void AppState::keepBatch(const QFuture<void> &batch) {
+    m_batches.removeIf([](const QFuture<void> &earlier) { return earlier.isFinished(); });
+    m_batches.append(batch);
+}
+
 void AppState::startTrash(const QList<FileURL> &files) {
     const BatchProgress progress = showProgress();
-    whenFinished(this, m_services.trash(files, progress.reporter()),
-                 [this, progress](const QFuture<QList<FileURL>> &finished) {
-                     progress.end();
-                     const QList<FileURL> trashed = finishedResultOr(finished, QList<FileURL>());
-                     removeFromBrowser(pathsOf(trashed));
-                     assignOperationProgress(std::nullopt);
-                     assignStatusMessage(
-                         QStringLiteral("Moved %1 to Trash").arg(countedItems(trashed.size())));
-                 });
+    const QFuture<QList<FileURL>> batch = m_services.trash(files, progress.reporter());
+    keepBatch(QFuture<void>(batch));
+    whenFinished(this, batch, [this, progress](const QFuture<QList<FileURL>> &finished) {
+        progress.end();
+        const QList<FileURL> trashed = finishedResultOr(finished, QList<FileURL>());
+        removeFromBrowser(trashed, [this, count = trashed.size()] {
+            assignOperationProgress(std::nullopt);
+            assignStatusMessage(QStringLiteral("Moved %1 to Trash").arg(countedItems(count)));
+        });
+    });
 }
 
 void AppState::performFileOperation(FileOperationKind kind) {
-    const QList<MediaFile> items = flaggedItems();
-    if (items.isEmpty() || m_asking || m_services.chooser == nullptr) {
-        return;
+    if (m_services.chooser != nullptr) {
+        withFlaggedFiles([this, kind](const QList<FileURL> &files) { askWhere(files, kind); });
     }
+}
+
+void AppState::askWhere(const QList<FileURL> &files, FileOperationKind kind) {
     m_asking = true;
     const bool copies = kind == FileOperationKind::copy;
     const auto answer = m_services.chooser->choose(
         copies ? QStringLiteral("Copy flagged files to") : QStringLiteral("Move flagged files to"),
         copies ? QStringLiteral("Copy Here") : QStringLiteral("Move Here"));
-    whenFinished(this, answer,
-                 [this, kind, files = urlsOf(items)](const QFuture<std::optional<FileURL>> &finished) {
-                     m_asking = false;
-                     const auto folder = finishedResultOr(finished, std::nullopt);
-                     if (folder) {
-                         startTransfer(files, *folder, kind);
-                     }
-                 });
+    whenFinished(this, answer, [this, kind, files](const QFuture<std::optional<FileURL>> &finished) {
+        m_asking = false;
+        const auto folder = finishedResultOr(finished, std::nullopt);
+        if (folder) {
+            startTransfer(files, *folder, kind);
+        }
+    });
 }
 
 void AppState::startTransfer(const QList<FileURL> &files, const FileURL &folder, FileOperationKind kind) {
     const BatchProgress progress = showProgress();
     assignStatusMessage(kind == FileOperationKind::copy ? QStringLiteral("Copying\u2026")
                                                         : QStringLiteral("Moving\u2026"));
-    whenFinished(this, m_services.transfer(files, folder, kind, progress.reporter()),
-                 [this, kind, files, progress](const QFuture<FileTransferResult> &finished) {
-                     progress.end();
-                     const FileTransferResult none{.sources = {}, .destinations = {}, .failures = files};
-                     finishTransfer(finishedResultOr(finished, none), kind);
-                 });
+    const QFuture<FileTransferResult> batch = m_services.transfer(files, folder, kind, progress.reporter());
+    keepBatch(QFuture<void>(batch));
+    whenFinished(this, batch, [this, kind, files, progress](const QFuture<FileTransferResult> &finished) {
+        progress.end();
+        const FileTransferResult none{.sources = {}, .destinations = {}, .failures = files};
+        const FileTransferResult result = finishedResultOr(finished, none);
+        const auto tell = [this, result, kind] { tellTransferred(result, kind); };
+        kind == FileOperationKind::copy ? tell() : removeFromBrowser(result.sources, tell);
+    });
 }
 
-void AppState::finishTransfer(const FileTransferResult &result, FileOperationKind kind) {
+void AppState::tellTransferred(const FileTransferResult &result, FileOperationKind kind) {
     const bool copied = kind == FileOperationKind::copy;
-    if (!copied) {
-        removeFromBrowser(pathsOf(result.sources));
-    }
     assignOperationProgress(std::nullopt);
     assignStatusMessage((copied ? QStringLiteral("Copied %1") : QStringLiteral("Moved %1"))
                             .arg(countedItems(result.sources.size())));
@@ -128,14 +146,28 @@ void AppState::finishTransfer(const FileTransferResult &result, FileOperationKin
     }
 }
 
-void AppState::removeFromBrowser(const QSet<QString> &paths) {
-    const auto remaining = [&paths](QList<MediaFile> files) {
-        keepIf(files, paths, false);
-        return files;
-    };
-    assignVideos(remaining(m_videos));
-    assignPhotos(remaining(m_photos));
-    assignFlags(QSet<QString>(m_flags).subtract(paths));
-    assignHiddenVideos(QSet<QString>(m_hiddenVideos).subtract(paths));
-    setPage(0);
+void AppState::removeFromBrowser(const QList<FileURL> &files, const std::function<void()> &finished) {
+    const auto rest =
+        BackgroundTask::run<FolderSnapshot>([folder = snapshot(), files](auto &promise) mutable {
+            const QSet<FileURL> gone(files.begin(), files.end());
+            keepIf(folder.videos, gone, false);
+            keepIf(folder.photos, gone, false);
+            folder.flags.subtract(gone);
+            folder.hiddenVideos.subtract(gone);
+            promise.addResult(folder);
+        });
+    whenFinished(this, rest, [=, this, revision = m_revision](const QFuture<FolderSnapshot> &made) {
+        if (revision != m_revision) {
+            // The user was faster: what was made is of the past.
+            removeFromBrowser(files, finished);
+            return;
+        }
+        const FolderSnapshot folder = finishedResultOr(made, snapshot());
+        assignVideos(folder.videos);
+        assignPhotos(folder.photos);
+        assignFlags(folder.flags);
+        assignHiddenVideos(folder.hiddenVideos);
+        setPage(0);
+        finished();
+    });
 }

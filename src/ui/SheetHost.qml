@@ -16,7 +16,7 @@ Item {
 
     Loader {
         anchors.fill: parent
-        active: host.state.arrangeOpen && host.state.activeTab === MediaKind.Video && host.state.videos.length >= 2
+        active: host.state.arrangeOpen && host.state.activeTab === MediaKind.Video && host.state.videoCount >= 2
         sourceComponent: ArrangeVideosView {
             state: host.state
         }

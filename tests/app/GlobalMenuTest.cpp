@@ -13,9 +13,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-constexpr int limit = 30000;
+namespace {
 
 class NoFileManager : public FileManager {
 public:
@@ -29,60 +29,50 @@ public:
 class GlobalMenuTest : public QObject {
     Q_OBJECT
 
-private:
     // The answer of the menu, asked as a desktop does.
-    QDBusMessage ask(PrivateBus &bus, const QDBusConnection &server, const QString &method,
-                     const QVariantList &arguments) {
+    static QDBusMessage ask(PrivateBus &bus, const QDBusConnection &server, const QString &method,
+                            const QVariantList &arguments) {
         QDBusConnection client = bus.connect();
         QDBusMessage call = QDBusMessage::createMethodCall(server.baseService(), GlobalMenu::path,
-                                                           QStringLiteral("com.canonical.dbusmenu"), method);
+                                                           u"com.canonical.dbusmenu"_s, method);
         call.setArguments(arguments);
         QDBusPendingCallWatcher watcher(client.asyncCall(call));
         QSignalSpy finished(&watcher, &QDBusPendingCallWatcher::finished);
-        return finished.wait(limit) ? watcher.reply() : QDBusMessage();
+        return finished.wait(PrivateBus::patience) ? watcher.reply() : QDBusMessage();
     }
 
 private Q_SLOTS:
     void tellsAndTriggersCommands() {
-        if (!PrivateBus::isPossible()) {
-            QSKIP("no message bus is installed");
-        }
         PrivateBus bus;
+        REQUIRE_BUS(bus);
         AppState state{AppState::Services{}};
-        MosaUpdaterController updater(QDBusConnection(QStringLiteral("nothing")), QStringLiteral("mosa"));
+        MosaUpdaterController updater(QDBusConnection(u"nothing"_s), u"mosa"_s);
         NoFileManager files;
         MainWindow window;
         MenuCommands commands({state, updater, files, window});
         const QDBusConnection server = bus.connect();
         const GlobalMenu menu(server, commands, window);
 
-        const QDBusMessage reply = ask(bus, server, QStringLiteral("GetLayout"), {0, -1, QStringList()});
-        QCOMPARE(reply.signature(), QStringLiteral("u(ia{sv}av)"));
+        const QDBusMessage reply = ask(bus, server, u"GetLayout"_s, {0, -1, QStringList()});
+        QCOMPARE(reply.signature(), u"u(ia{sv}av)"_s);
         const auto bar = qdbus_cast<DBusMenuNode>(reply.arguments()[1]);
-        QStringList titles;
+        QCOMPARE(bar.children.size(), 4);
         int about = 0;
+        QStringList disabled;
         for (const DBusMenuNode &top : bar.children) {
-            titles.append(top.properties.value(QStringLiteral("label")).toString());
             for (const DBusMenuNode &entry : top.children) {
-                const QString title = entry.properties.value(QStringLiteral("label")).toString();
-                titles.append(QStringLiteral("- ") + title);
-                about = title == QStringLiteral("About Mosa") ? entry.id : about;
-                QCOMPARE(entry.properties.value(QStringLiteral("enabled")).toBool(),
-                         title != QStringLiteral("Back") && !title.startsWith(QStringLiteral("Check")));
+                const QString title = entry.properties.value(u"label"_s).toString();
+                about = title == u"About Mosa"_s ? entry.id : about;
+                if (!entry.properties.value(u"enabled"_s).toBool()) {
+                    disabled.append(title);
+                }
             }
         }
-        QCOMPARE(titles,
-                 QStringList({QStringLiteral("Mosa"), QStringLiteral("- About Mosa"),
-                              QStringLiteral("- Check for Updates…"), QStringLiteral("- Quit Mosa"),
-                              QStringLiteral("File"), QStringLiteral("- Open Folder…"),
-                              QStringLiteral("View"), QStringLiteral("- Back"),
-                              QStringLiteral("- Enter Full Screen"), QStringLiteral("Help"),
-                              QStringLiteral("- Mosa Help"), QStringLiteral("- Send Mosa Feedback…")}));
+        QCOMPARE(disabled, QStringList({u"Check for Updates…"_s, u"Back"_s}));
 
         QSignalSpy asked(&commands, &MenuCommands::aboutRequested);
-        ask(bus, server, QStringLiteral("Event"),
-            {about, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
-        QTRY_COMPARE_WITH_TIMEOUT(asked.size(), 1, limit);
+        ask(bus, server, u"Event"_s, {about, u"clicked"_s, QVariant::fromValue(QDBusVariant(0)), 0U});
+        QTRY_COMPARE_WITH_TIMEOUT(asked.size(), 1, PrivateBus::patience);
     }
 };
 

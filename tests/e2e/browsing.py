@@ -89,6 +89,11 @@ class Browsing(Scenario):
         mosa.key("Return")
         mosa.see_gone(name="Arrange Videos")
         self.assertEqual(self.order(mosa), [before[1], before[0], before[2]])
+        mosa.press(BUTTON, "Arrange")
+        mosa.press(BUTTON, "Reset")
+        mosa.key("Return")
+        mosa.see_gone(name="Arrange Videos")
+        self.assertEqual(self.order(mosa), before)
 
     def order(self, mosa):
         mosa.see(name=re.compile("^Play preview: "))

@@ -146,7 +146,7 @@ class Menu(Scenario):
                 mosa.see(BUTTON, "Close")
                 self.entry(mosa, "Check for Updates…")
                 mosa.see("dialog", "Checking for Updates…")
-                yield mosa, lambda: service.stdin.write("\n")
+                yield mosa, service
                 mosa.press(BUTTON, "Menu")
                 self.assertTrue(mosa.see(MENU_ITEM, "Check for Updates…").has("enabled"), "another check may start")
                 mosa.end()
@@ -155,28 +155,38 @@ class Menu(Scenario):
                 service.wait()
 
     def test_updates(self):
-        with self.subTest("none"), self.checking("none") as (mosa, go_on):
-            go_on(), go_on()
+        def go_on(service, pieces=1):
+            service.stdin.write("\n" * pieces)
+        with self.subTest("none"), self.checking("none") as (mosa, service):
+            go_on(service, 2)
             mosa.see("dialog", "Mosa Is Up to Date")
             mosa.key("Return")
             mosa.see_gone("dialog")
-        with self.subTest("failing"), self.checking("GetUpdates") as (mosa, go_on):
-            go_on(), go_on()
+        for method in ("RefreshCache", "GetUpdates"):
+            with self.subTest("failing", method=method), self.checking(method) as (mosa, service):
+                go_on(service, 2)
+                mosa.see("dialog", "Updates Could Not Be Checked")
+                mosa.see(name="The package service has no network.")
+                mosa.key("Escape")
+                mosa.see_gone("dialog")
+        with self.subTest("dying"), self.checking("update") as (mosa, service):
+            service.kill()
             mosa.see("dialog", "Updates Could Not Be Checked")
-            mosa.see(name="The package service has no network.")
             mosa.key("Escape")
             mosa.see_gone("dialog")
-        with self.subTest("installed"), self.checking("update") as (mosa, go_on):
-            mosa.press(BUTTON, "Hide")
-            mosa.see_gone("dialog")
-            go_on(), go_on()
-            mosa.see("dialog", "An Update Is Available")
-            mosa.press(BUTTON, "Install Update")
-            mosa.see("progress bar", "Installing the Update…", value="40%")
-            go_on()
-            mosa.see("dialog", "The Update Is Installed")
-            mosa.press(BUTTON, "OK")
-            mosa.see_gone("dialog")
+        for outcome, end in (("update", "The Update Is Installed"),
+                             ("UpdatePackages", "The Update Could Not Be Installed")):
+            with self.subTest("installing", end=end), self.checking(outcome) as (mosa, service):
+                mosa.press(BUTTON, "Hide")
+                mosa.see_gone("dialog")
+                go_on(service, 2)
+                mosa.see("dialog", "An Update Is Available")
+                mosa.press(BUTTON, "Install Update")
+                mosa.see("progress bar", "Installing the Update…", value="40%")
+                go_on(service)
+                mosa.see("dialog", end)
+                mosa.key("Escape")
+                mosa.see_gone("dialog")
 
 
 if __name__ == "__main__":

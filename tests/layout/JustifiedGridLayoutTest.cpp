@@ -44,26 +44,6 @@ private Q_SLOTS:
             QVERIFY(std::abs(placed[i].height() - frames[i].height()) < 1e-9);
         }
     }
-
-    void fits_data() {
-        QTest::addColumn<std::optional<double>>("width");
-        QTest::addColumn<Ratios>("ratios");
-        QTest::addColumn<QSizeF>("size");
-
-        using Width = std::optional<double>;
-        QTest::newRow("no cells") << Width(640) << Ratios{} << QSizeF(640, 0);
-        QTest::newRow("negative width") << Width(-3) << Ratios{1} << QSizeF(-3, 0);
-        QTest::newRow("open width") << Width() << Ratios{1, 1} << QSizeF(1000, 245);
-        QTest::newRow("no spacing below the last row") << Width(490) << Ratios{2, 1} << QSizeF(490, 496);
-    }
-
-    void fits() {
-        QFETCH(std::optional<double>, width);
-        QFETCH(Ratios, ratios);
-        QFETCH(QSizeF, size);
-        const JustifiedGridLayout layout{.spacing = 6, .targetHeight = 245};
-        QCOMPARE(layout.sizeThatFits(width, ratios), size);
-    }
 };
 
 QTEST_GUILESS_MAIN(JustifiedGridLayoutTest)

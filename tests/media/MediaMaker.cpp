@@ -135,6 +135,30 @@ QByteArray noise(qsizetype length, quint32 seed) {
     return bytes;
 }
 
+QList<QByteArray> damaged(const QByteArray &content, int changed) {
+    QList<QByteArray> variants{{},
+                               QByteArray(60'000, '\0'),
+                               noise(60'000),
+                               content.mid(1),
+                               content.left(200),
+                               content.left(400) + noise(60'000)};
+    for (int i = 1; i < 8; ++i) {
+        variants << content.left(content.size() * i / 8);
+    }
+    std::mt19937 random(20);
+    for (int i = 0; i < changed; ++i) {
+        QByteArray bytes = content;
+        const auto reach = quint32(std::min<qsizetype>(bytes.size(), i % 3 == 0 ? 64 : 256 << i % 5));
+        for (quint32 change = 0; change <= random() % 12; ++change) {
+            const qsizetype place = random() % reach;
+            bytes[random() % 4 != 0 ? place : bytes.size() - 1 - place] =
+                i % 2 == 0 ? char(random()) : char(random() % 2 == 0 ? 0 : 0xFF);
+        }
+        variants << bytes;
+    }
+    return variants;
+}
+
 QByteArray exifOrientation(int orientation, bool segment) {
     // Big-endian TIFF with one entry: tag 0x0112, type SHORT, one value.
     QByteArray tiff("MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0", 19);

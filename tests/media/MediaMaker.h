@@ -63,6 +63,9 @@ bool write(const FileURL &target, const QByteArray &content);
 QByteArray read(const FileURL &file);
 /// Deterministic bytes that no format claims.
 QByteArray noise(qsizetype length, quint32 seed = 1);
+/// What disks, networks and jokers make of a file: nothing, zeros, noise, its beginning alone, and, so many
+/// times, the whole with bytes changed where headers lie.
+QList<QByteArray> damaged(const QByteArray &content, int changed);
 /// An EXIF segment for JPEG, or with segment = false its bare TIFF body, that holds only the orientation.
 QByteArray exifOrientation(int orientation, bool segment);
 

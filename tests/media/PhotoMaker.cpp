@@ -12,28 +12,11 @@ namespace {
 
 /// The pixels as stored, so that the orientation turns them back upright.
 QImage stored(const QImage &upright, int orientation) {
-    const auto turned = [&](qreal degrees, bool mirrored = false) {
-        const QImage result = upright.transformed(QTransform().rotate(degrees));
-        return mirrored ? result.mirrored(true, false) : result;
-    };
-    switch (orientation) {
-    case 2:
-        return turned(0, true);
-    case 3:
-        return turned(180);
-    case 4:
-        return turned(180, true);
-    case 5:
-        return turned(90, true);
-    case 6:
-        return turned(270);
-    case 7:
-        return turned(270, true);
-    case 8:
-        return turned(90);
-    default:
-        return upright;
-    }
+    // The turn back, clockwise, and whether the image is mirrored then.
+    constexpr std::pair<int, bool> turns[] = {{0, false}, {0, true},    {180, false}, {180, true},
+                                              {90, true}, {270, false}, {270, true},  {90, false}};
+    const auto [degrees, mirrored] = turns[orientation - 1];
+    return upright.transformed(QTransform().rotate(degrees)).mirrored(mirrored, false);
 }
 
 bool encode(const QString &path, const QByteArray &extension, const PhotoOptions &options) {

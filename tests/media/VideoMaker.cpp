@@ -14,28 +14,28 @@ namespace {
 struct Format {
     const char *muxer;
     const char *codec;
-    QStringList extra = {};
+    const char *extra = "";
 };
 
 Format formatOf(const QByteArray &extension) {
     static const QHash<QByteArray, Format> formats{
         {"3gp", {"3gp", "libx264"}},
         {"asf", {"asf", "wmv2"}},
-        {"avi", {"avi", "mpeg4", {QStringLiteral("-vtag"), QStringLiteral("XVID")}}},
-        {"divx", {"avi", "mpeg4", {QStringLiteral("-vtag"), QStringLiteral("DX50")}}},
+        {"avi", {"avi", "mpeg4", "-vtag XVID"}},
+        {"divx", {"avi", "mpeg4", "-vtag DX50"}},
         {"flv", {"flv", "libx264"}},
-        {"m2ts", {"mpegts", "libx264", {QStringLiteral("-mpegts_m2ts_mode"), QStringLiteral("1")}}},
+        {"m2ts", {"mpegts", "libx264", "-mpegts_m2ts_mode 1"}},
         {"m4v", {"mp4", "libx264"}},
         {"mkv", {"matroska", "libx264"}},
         {"mov", {"mov", "libx264"}},
         {"mp4", {"mp4", "libx264"}},
         {"mpeg", {"mpeg", "mpeg1video"}},
         {"mpg", {"mpeg", "mpeg2video"}},
-        {"mts", {"mpegts", "libx264", {QStringLiteral("-mpegts_m2ts_mode"), QStringLiteral("1")}}},
+        {"mts", {"mpegts", "libx264", "-mpegts_m2ts_mode 1"}},
         {"ogv", {"ogg", "libtheora"}},
         // RealMedia takes no packet over 64 kB.
-        {"rm", {"rm", "rv10", {QStringLiteral("-qmin"), QStringLiteral("12")}}},
-        {"rmvb", {"rm", "rv20", {QStringLiteral("-qmin"), QStringLiteral("12")}}},
+        {"rm", {"rm", "rv10", "-qmin 12"}},
+        {"rmvb", {"rm", "rv20", "-qmin 12"}},
         {"ts", {"mpegts", "libx264"}},
         {"webm", {"webm", "libvpx"}},
         {"wmv", {"asf", "wmv2"}},
@@ -43,77 +43,68 @@ Format formatOf(const QByteArray &extension) {
     return formats.value(extension);
 }
 
-QStringList codecArguments(const QByteArray &codec) {
-    QStringList arguments{QStringLiteral("-c:v"), QLatin1String(codec)};
-    if (codec == "libx264" || codec == "libx265") {
-        arguments << QStringLiteral("-preset") << QStringLiteral("ultrafast");
-    } else if (codec.startsWith("libvpx")) {
-        arguments << QStringLiteral("-deadline") << QStringLiteral("realtime") << QStringLiteral("-cpu-used")
-                  << QStringLiteral("8");
-    }
-    return arguments << QStringLiteral("-b:v") << QStringLiteral("600k") << QStringLiteral("-g")
-                     << QStringLiteral("25") << QStringLiteral("-pix_fmt") << QStringLiteral("yuv420p");
+QStringList words(const QByteArray &text) {
+    return QString::fromLatin1(text).split(u' ', Qt::SkipEmptyParts);
 }
 
-QStringList audioArguments(const Format &format) {
-    const QByteArray muxer = format.muxer;
-    QStringList arguments{QStringLiteral("-ar"), QStringLiteral("44100"), QStringLiteral("-c:a")};
-    if (muxer == "webm" || muxer == "ogg") {
-        return arguments << QStringLiteral("libvorbis");
-    }
-    if (muxer == "rm") {
-        return arguments << QStringLiteral("ac3");
-    }
-    return arguments << (muxer == "mpeg" || muxer == "avi" ? QStringLiteral("mp2") : QStringLiteral("aac"));
-}
-
-/// FFmpeg writes the display matrix of a "rotate" tag only while it copies a stream.
-bool rotated(const QString &source, const QString &path, const Format &format, const VideoOptions &options) {
-    QStringList arguments{
-        QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y"),   QStringLiteral("-i"), source,
-        QStringLiteral("-c"), QStringLiteral("copy"),  QStringLiteral("-map"), QStringLiteral("0")};
-    if (options.rotation != 0) {
-        // The tag counts counterclockwise here.
-        arguments << QStringLiteral("-metadata:s:v:0")
-                  << QStringLiteral("rotate=%1").arg((360 - options.rotation) % 360);
-    }
-    if (!options.indexAtEnd) {
-        arguments << QStringLiteral("-movflags") << QStringLiteral("faststart");
-    }
+bool ffmpeg(const QStringList &arguments, const QByteArray &muxer, const QString &path) {
     return MediaCache::run(QStringLiteral("ffmpeg"),
-                           arguments << QStringLiteral("-f") << QLatin1String(format.muxer) << path);
+                           words("-v error -y") + arguments + words("-f " + muxer) + QStringList{path});
+}
+
+QStringList videoArguments(const QByteArray &codec, const VideoOptions &options) {
+    // Moving noise keeps the encoders from saving everything after the first frame.
+    const QByteArray look =
+        "-vf noise=alls=12:allf=t:all_seed=1,setsar=" + QByteArray(options.sampleAspect).replace(':', '/');
+    const QByteArray speed = codec == "libx264" || codec == "libx265" ? " -preset ultrafast"
+                             : codec.startsWith("libvpx")             ? " -deadline realtime -cpu-used 8"
+                                                                      : "";
+    return words(look + " -c:v " + codec + speed + " -b:v 600k -g 25 -pix_fmt yuv420p");
+}
+
+QStringList audioArguments(const QByteArray &muxer) {
+    return words("-ar 44100 -c:a ") + words(muxer == "webm" || muxer == "ogg"   ? "libvorbis"
+                                            : muxer == "rm"                     ? "ac3"
+                                            : muxer == "mpeg" || muxer == "avi" ? "mp2"
+                                                                                : "aac");
 }
 
 bool encode(const QString &path, const Format &format, const VideoOptions &options) {
-    QStringList arguments{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")};
-    const QString seconds = QString::number(options.seconds);
+    QStringList arguments;
+    const QByteArray seconds = QByteArray::number(options.seconds);
     if (options.video) {
         const QString frame = path + QStringLiteral(".png");
         if (!pattern(options.size).transformed(QTransform().rotate(-options.rotation)).save(frame)) {
             return false;
         }
-        arguments << QStringLiteral("-loop") << QStringLiteral("1") << QStringLiteral("-framerate")
-                  << QStringLiteral("25") << QStringLiteral("-t") << seconds << QStringLiteral("-i") << frame;
+        arguments += words("-loop 1 -framerate 25 -t " + seconds + " -i") + QStringList{frame};
     }
-    if (options.audio || !options.video) {
-        arguments << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-t") << seconds
-                  << QStringLiteral("-i") << QStringLiteral("anoisesrc=amplitude=0.1:seed=1");
+    const bool audio = options.audio || !options.video;
+    if (audio) {
+        arguments += words("-f lavfi -t " + seconds + " -i anoisesrc=amplitude=0.1:seed=1");
     }
     if (options.video) {
-        // Moving noise keeps the encoders from saving everything after the first frame.
-        arguments << QStringLiteral("-vf")
-                  << QStringLiteral("noise=alls=12:allf=t:all_seed=1,setsar=%1")
-                         .arg(QLatin1String(options.sampleAspect).toString().replace(u':', u'/'));
-        arguments << codecArguments(options.codec.isEmpty() ? QByteArray(format.codec) : options.codec);
+        arguments +=
+            videoArguments(options.codec.isEmpty() ? QByteArray(format.codec) : options.codec, options);
     }
-    if (options.audio || !options.video) {
-        arguments << audioArguments(format);
+    if (audio) {
+        arguments += audioArguments(format.muxer);
     }
-    arguments << format.extra << QStringLiteral("-f") << QLatin1String(format.muxer);
-    const bool remux = options.rotation != 0 || !options.indexAtEnd;
-    const QString encoded = remux ? path + QStringLiteral(".encoded") : path;
-    return MediaCache::run(QStringLiteral("ffmpeg"), arguments << encoded) &&
-           (!remux || rotated(encoded, path, format, options));
+    arguments += words(format.extra);
+    if (options.rotation == 0 && options.indexAtEnd) {
+        return ffmpeg(arguments, format.muxer, path);
+    }
+    // FFmpeg writes the display matrix of a "rotate" tag only while it copies a stream; the tag counts
+    // counterclockwise.
+    const QString encoded = path + QStringLiteral(".encoded");
+    QStringList copying = QStringList{QStringLiteral("-i"), encoded} + words("-c copy -map 0");
+    if (options.rotation != 0) {
+        copying += words("-metadata:s:v:0 rotate=" + QByteArray::number((360 - options.rotation) % 360));
+    }
+    if (!options.indexAtEnd) {
+        copying += words("-movflags faststart");
+    }
+    return ffmpeg(arguments, format.muxer, encoded) && ffmpeg(copying, format.muxer, path);
 }
 
 } // namespace

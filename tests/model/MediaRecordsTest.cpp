@@ -1,8 +1,6 @@
-#include "FolderCard.h"
 #include "MediaFile.h"
 #include "MediaKind.h"
 
-#include <QSet>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -52,19 +50,6 @@ private Q_SLOTS:
         minus.aspectRatio = -0.0;
         QCOMPARE(plus, minus);
         QCOMPARE(qHash(plus), qHash(minus));
-    }
-
-    void cards() {
-        const FolderCard card{
-            .url = FileURL::directory("/a"), .name = u"a"_s, .itemCount = 2, .representative = sample()};
-        FolderCard without = card;
-        without.representative.reset();
-        FolderCard another = card;
-        another.representative->aspectRatio = 1;
-        QVERIFY(card != without && card != another && without != another);
-        const QSet<FolderCard> set{card, without, another, card};
-        QCOMPARE(set.size(), 3);
-        QCOMPARE(card.id(), u"/a"_s);
     }
 };
 

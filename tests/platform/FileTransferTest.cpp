@@ -350,22 +350,6 @@ private Q_SLOTS:
         QVERIFY(read(sources[1]) == noise(2'000'000));
     }
 
-    void readOnlyDisks() {
-        SKIP_WITHOUT_MOUNTS();
-        const MemoryMount card(m_root->path() + "/card", "size=1m");
-        QVERIFY(card.isMounted() && write(card.path() + "/a", "a") && card.makeReadOnly());
-        QVERIFY(run(FileOperationKind::move, {card.path() + "/a"})[0].error);
-        QCOMPARE(names(m_to), QByteArrayList());
-        QVERIFY(!run(FileOperationKind::copy, {card.path() + "/a"})[0].error);
-        QCOMPARE(read(m_to + "/a"), "a"_ba);
-
-        QVERIFY(write(m_from + "/a", "a") && separate() && m_mount->makeReadOnly());
-        for (const FileOperationKind kind : kinds) {
-            QVERIFY(run(kind, {m_from + "/a"})[0].error);
-            QCOMPARE(read(m_from + "/a"), "a"_ba);
-        }
-    }
-
     /// Another program takes the very names that the batch is about to take.
     void neverReplacesARacingFile_data() { addKinds(false); }
 

@@ -1,88 +1,80 @@
 #include "PortalFolderChooser.h"
 
-#include "PrivateBus.h"
+#include "StandInService.h"
 
-#include <QDBusContext>
-#include <QDBusMessage>
+#include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QTest>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr int limit = 30000;
 using Answer = std::optional<FileURL>;
-
-/// Stands in for the desktop's portal.
-class StandInPortal : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.FileChooser")
-    Q_PROPERTY(uint version MEMBER version CONSTANT)
-
-public:
-    explicit StandInPortal(QDBusConnection bus) : m_bus(std::move(bus)) {
-        m_bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this,
-                             QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
-        m_bus.registerService(u"org.freedesktop.portal.Desktop"_s);
-    }
-
-    void respond(uint code, const QStringList &uris) {
-        QDBusMessage response =
-            QDBusMessage::createSignal(m_request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-        response << code << QVariantMap{{u"uris"_s, uris}};
-        m_bus.send(response);
-    }
-
-    uint version = 3;
-    bool refuses = false;
-    bool ownRequestPath = false;
-    QString title;
-    QVariantMap options;
-
-public Q_SLOTS:
-    QDBusObjectPath OpenFile(const QString &, const QString &givenTitle, const QVariantMap &givenOptions) {
-        if (refuses) {
-            sendErrorReply(QDBusError::Failed, u"no dialog"_s);
-            return {};
-        }
-        title = givenTitle;
-        options = givenOptions;
-        const QString sender = message().service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
-        const QString token = ownRequestPath ? u"other"_s : options.value(u"handle_token"_s).toString();
-        m_request = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
-        return QDBusObjectPath(m_request);
-    }
-
-private:
-    QDBusConnection m_bus;
-    QString m_request;
-};
 
 class FallbackChooser : public FolderChooser {
 public:
     QFuture<Answer> choose(const QString &, const QString &) override {
-        ++asked;
         QPromise<Answer> promise;
         promise.start();
         promise.addResult(FileURL::directory("/fallback"));
         promise.finish();
         return promise.future();
     }
-    int asked = 0;
 };
-
-} // namespace
 
 class PortalFolderChooserTest : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase() {
-        if (!PrivateBus::isPossible()) {
-            QSKIP("no message bus is installed");
+    static constexpr int patience = PrivateBus::patience;
+
+    std::unique_ptr<PrivateBus> m_bus;
+    std::unique_ptr<StandInService> m_portal;
+    FallbackChooser m_fallback;
+    std::unique_ptr<PortalFolderChooser> m_chooser;
+    uint m_version = 3;
+    bool m_refuses = false;
+    bool m_ownRequestPath = false;
+    QString m_request;
+
+    QDBusMessage reply(const QDBusMessage &call) {
+        if (call.member() == u"Get"_s) {
+            return call.createReply(QVariant::fromValue(QDBusVariant(m_version)));
         }
+        if (m_refuses) {
+            return call.createErrorReply(QDBusError::Failed, u"no dialog"_s);
+        }
+        const QString token =
+            qdbus_cast<QVariantMap>(call.arguments()[2]).value(u"handle_token"_s).toString();
+        m_request = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
+            call.service().mid(1).replace(u'.', u'_'), m_ownRequestPath ? u"other"_s : token);
+        return call.createReply(QVariant::fromValue(QDBusObjectPath(m_request)));
+    }
+
+    /// The answer of a chooser that knows the portal.
+    QFuture<Answer> ask() {
+        m_portal = std::make_unique<StandInService>(m_bus->connect(), u"org.freedesktop.portal.Desktop"_s,
+                                                    [this](const QDBusMessage &call) { return reply(call); });
+        m_chooser = std::make_unique<PortalFolderChooser>(
+            m_bus->connect(), [] { return QString(); }, m_fallback);
+        const bool knows =
+            QTest::qWaitFor([&] { return m_chooser->isAvailable(); }, m_version < 3 ? 300 : patience);
+        return knows == (m_version >= 3) ? m_chooser->choose(u"Open Folder"_s, u"Open_it"_s)
+                                         : QFuture<Answer>();
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_bus = std::make_unique<PrivateBus>();
+        REQUIRE_BUS(*m_bus);
+        m_request.clear();
+    }
+
+    void cleanup() {
+        m_chooser.reset();
+        m_portal.reset();
+        m_bus.reset();
     }
 
     void answers_data() {
@@ -101,64 +93,49 @@ private Q_SLOTS:
     void answers() {
         QFETCH(uint, code);
         QFETCH(QStringList, uris);
-        QFETCH(bool, ownPath);
         QFETCH(QByteArray, folder);
-        PrivateBus bus;
-        StandInPortal portal(bus.connect());
-        portal.ownRequestPath = ownPath;
-        FallbackChooser fallback;
-        PortalFolderChooser chooser(
-            bus.connect(), [] { return QString(); }, fallback);
-        QTRY_VERIFY_WITH_TIMEOUT(chooser.isAvailable(), limit);
-
-        const QFuture<Answer> answer = chooser.choose(u"Open Folder"_s, u"Open_it"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!portal.options.isEmpty(), limit);
-        QCOMPARE(portal.title, u"Open Folder"_s);
-        QCOMPARE(portal.options.value(u"directory"_s), QVariant(true));
-        QCOMPARE(portal.options.value(u"accept_label"_s), QVariant(u"Open__it"_s));
+        QFETCH(bool, ownPath);
+        m_version = 3;
+        m_refuses = false;
+        m_ownRequestPath = ownPath;
+        const QFuture<Answer> answer = ask();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_request.isEmpty(), patience);
+        const QVariantList arguments = m_portal->calls.last().arguments();
+        QCOMPARE(arguments[1].toString(), u"Open Folder"_s);
+        const auto options = qdbus_cast<QVariantMap>(arguments[2]);
+        QCOMPARE(options.value(u"directory"_s), QVariant(true));
+        QCOMPARE(options.value(u"accept_label"_s), QVariant(u"Open__it"_s));
         // The reply of the call carries the path that the answer comes from.
         QTest::qWait(ownPath ? 500 : 0);
         QVERIFY(!answer.isFinished());
-        portal.respond(code, uris);
-        QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), limit);
+        m_portal->signal(m_request, u"org.freedesktop.portal.Request"_s, u"Response"_s,
+                         {code, QVariantMap{{u"uris"_s, uris}}});
+        QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), patience);
         QCOMPARE(answer.result() ? answer.result()->nativePath() : QByteArray(), folder);
-        QCOMPARE(fallback.asked, 0);
     }
 
     void fallsBack_data() {
-        QTest::addColumn<bool>("present");
         QTest::addColumn<uint>("version");
         QTest::addColumn<bool>("refuses");
-        QTest::newRow("no portal") << false << 3U << false;
-        QTest::newRow("too old for folders") << true << 2U << false;
-        QTest::newRow("portal without dialogs") << true << 3U << true;
+        QTest::newRow("too old for folders") << 2U << false;
+        QTest::newRow("without dialogs") << 3U << true;
+        QTest::newRow("dies with its dialog") << 3U << false;
     }
 
     void fallsBack() {
-        QFETCH(bool, present);
         QFETCH(uint, version);
         QFETCH(bool, refuses);
-        PrivateBus bus;
-        std::unique_ptr<StandInPortal> portal;
-        if (present) {
-            portal = std::make_unique<StandInPortal>(bus.connect());
-            portal->version = version;
-            portal->refuses = refuses;
+        m_version = version;
+        m_refuses = refuses;
+        m_ownRequestPath = false;
+        const QFuture<Answer> answer = ask();
+        if (version == 3 && !refuses) {
+            QTRY_VERIFY_WITH_TIMEOUT(!m_request.isEmpty(), patience);
+            m_portal->leave();
         }
-        FallbackChooser fallback;
-        PortalFolderChooser chooser(
-            bus.connect(), [] { return QString(); }, fallback);
-        if (refuses) {
-            QTRY_VERIFY_WITH_TIMEOUT(chooser.isAvailable(), limit);
-        } else {
-            QTest::qWait(300);
-            QVERIFY(!chooser.isAvailable());
-        }
-        const QFuture<Answer> answer = chooser.choose(u"Open Folder"_s, u"Open"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), limit);
-        QCOMPARE(fallback.asked, 1);
+        QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), patience);
         QCOMPARE(answer.result()->nativePath(), "/fallback"_ba);
-        QVERIFY(!chooser.isAvailable());
+        QVERIFY(!m_chooser->isAvailable());
     }
 };
 

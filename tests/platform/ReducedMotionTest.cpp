@@ -1,96 +1,55 @@
 #include "ReducedMotion.h"
 
-#include "PrivateBus.h"
+#include "StandInService.h"
 
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QTest>
 
-namespace {
-
-constexpr int limit = 30000;
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+using namespace Qt::StringLiterals;
 using Settings = QMap<QString, QVariantMap>;
-
-/// Stands in for the desktop's portal.
-class StandInSettings : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    StandInSettings(QDBusConnection bus, Settings settings)
-        : m_bus(std::move(bus)), m_settings(std::move(settings)) {
-        m_bus.registerObject(portalPath, this, QDBusConnection::ExportAllSlots);
-        m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
-    }
-
-    void change(const QString &group, const QString &key, const QVariant &value) {
-        QDBusMessage signal = QDBusMessage::createSignal(
-            portalPath, QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
-        signal << group << key << QVariant::fromValue(QDBusVariant(value));
-        m_bus.send(signal);
-    }
-
-public Q_SLOTS:
-    QMap<QString, QVariantMap> ReadAll(const QStringList &groups) {
-        Settings asked;
-        for (const QString &group : groups) {
-            if (m_settings.contains(group)) {
-                asked.insert(group, m_settings.value(group));
-            }
-        }
-        return asked;
-    }
-
-private:
-    QDBusConnection m_bus;
-    Settings m_settings;
-};
-
-} // namespace
 
 class ReducedMotionTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qDBusRegisterMetaType<Settings>(); }
-    void followsTheDesktop_data();
-    void followsTheDesktop();
+    void followsTheDesktop_data() {
+        QTest::addColumn<QString>("group");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("less");
+        QTest::addColumn<QVariant>("full");
+        QTest::newRow("the portal's own")
+            << u"org.freedesktop.appearance"_s << u"reduced-motion"_s << QVariant(1U) << QVariant(0U);
+        QTest::newRow("a switch") << u"org.gnome.desktop.interface"_s << u"enable-animations"_s
+                                  << QVariant(false) << QVariant(true);
+        QTest::newRow("a factor") << u"org.kde.kdeglobals.KDE"_s << u"AnimationDurationFactor"_s
+                                  << QVariant(u"0"_s) << QVariant(u"0.5"_s);
+    }
+
+    void followsTheDesktop() {
+        QFETCH(QString, group);
+        QFETCH(QString, key);
+        QFETCH(QVariant, less);
+        QFETCH(QVariant, full);
+        PrivateBus bus;
+        REQUIRE_BUS(bus);
+        qDBusRegisterMetaType<Settings>();
+        const Settings settings{{group, {{key, less}, {u"other"_s, 1}}}};
+        StandInService desktop(
+            bus.connect(), u"org.freedesktop.portal.Desktop"_s,
+            [&](const QDBusMessage &call) { return call.createReply(QVariant::fromValue(settings)); });
+        const auto change = [&](const QString &changed, const QVariant &value) {
+            desktop.signal(u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s,
+                           u"SettingChanged"_s, {group, changed, QVariant::fromValue(QDBusVariant(value))});
+        };
+        const ReducedMotion motion(bus.connect());
+        QTRY_VERIFY_WITH_TIMEOUT(motion.isActive(), PrivateBus::patience);
+        change(key, full);
+        QTRY_VERIFY_WITH_TIMEOUT(!motion.isActive(), PrivateBus::patience);
+        change(u"other"_s, less);
+        change(key, less);
+        QTRY_VERIFY_WITH_TIMEOUT(motion.isActive(), PrivateBus::patience);
+    }
 };
 
-void ReducedMotionTest::followsTheDesktop_data() {
-    QTest::addColumn<QString>("group");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QVariant>("less");
-    QTest::addColumn<QVariant>("full");
-    QTest::newRow("the portal's own") << "org.freedesktop.appearance"
-                                      << "reduced-motion" << QVariant(1U) << QVariant(0U);
-    QTest::newRow("a switch") << "org.gnome.desktop.interface"
-                              << "enable-animations" << QVariant(false) << QVariant(true);
-    QTest::newRow("a factor") << "org.kde.kdeglobals.KDE"
-                              << "AnimationDurationFactor" << QVariant(QStringLiteral("0"))
-                              << QVariant(QStringLiteral("0.5"));
-}
-
-void ReducedMotionTest::followsTheDesktop() {
-    if (!PrivateBus::isPossible()) {
-        QSKIP("no dbus-daemon");
-    }
-    QFETCH(QString, group);
-    QFETCH(QString, key);
-    QFETCH(QVariant, less);
-    QFETCH(QVariant, full);
-    PrivateBus bus;
-    StandInSettings desktop(bus.connect(), {{group, {{key, less}, {QStringLiteral("other"), 1}}}});
-    const ReducedMotion motion(bus.connect());
-    QTRY_VERIFY_WITH_TIMEOUT(motion.isActive(), limit);
-    desktop.change(group, key, full);
-    QTRY_VERIFY_WITH_TIMEOUT(!motion.isActive(), limit);
-    desktop.change(group, QStringLiteral("other"), less);
-    desktop.change(group, key, less);
-    QTRY_VERIFY_WITH_TIMEOUT(motion.isActive(), limit);
-}
-
 QTEST_GUILESS_MAIN(ReducedMotionTest)
-
 #include "ReducedMotionTest.moc"

@@ -37,9 +37,12 @@ class TrashTest : public QObject {
     /// What a desktop's restore command reads: the decoded path of a record, or null.
     static QByteArray recordedPath(const QByteArray &record) {
         const QByteArrayList lines = read(record).split('\n');
-        const bool hasShape = lines.size() == 4 && lines[0] == "[Trash Info]" &&
-                              lines[1].startsWith("Path=") && lines[2].startsWith("DeletionDate=") &&
-                              lines[3].isEmpty();
+        const bool hasShape =
+            lines.size() == 4 && lines[0] == "[Trash Info]" && lines[1].startsWith("Path=") &&
+            lines[2].startsWith("DeletionDate=") &&
+            QDateTime::fromString(QString::fromLatin1(lines[2].mid(13)), u"yyyy-MM-ddTHH:mm:ss"_s)
+                .isValid() &&
+            lines[3].isEmpty();
         return hasShape ? QByteArray::fromPercentEncoding(lines[1].mid(5)) : QByteArray();
     }
 
@@ -55,12 +58,6 @@ private Q_SLOTS:
     void cleanup() {
         m_mount.reset();
         m_root.reset();
-    }
-
-    void writesRecords() {
-        const QDateTime when(QDate(2024, 2, 29), QTime(7, 8, 9));
-        QCOMPARE(trashRecord("/a b/100%\n\xe9.jpg", when),
-                 "[Trash Info]\nPath=/a%20b/100%25%0A%E9.jpg\nDeletionDate=2024-02-29T07:08:09\n"_ba);
     }
 
     void movesToTheHomeTrash_data() {

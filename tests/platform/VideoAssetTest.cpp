@@ -94,33 +94,14 @@ private Q_SLOTS:
         QFETCH(QByteArray, extension);
         const FileURL whole = m_folder.at("whole." + extension);
         QVERIFY(MediaMaker::video(whole));
-        const QByteArray content = MediaMaker::read(whole);
-        QList<QByteArray> variants{{},
-                                   QByteArray(60'000, '\0'),
-                                   MediaMaker::noise(60'000),
-                                   content.left(content.size() / 2),
-                                   content.left(200),
-                                   content.left(400) + MediaMaker::noise(60'000),
-                                   content.mid(1)};
-        for (quint32 seed = 0; seed < 15; ++seed) {
-            QByteArray mutated = content;
-            const QByteArray changes = MediaMaker::noise(30, seed);
-            // Headers lie at either end.
-            for (qsizetype i = 0; i + 2 < changes.size(); i += 3) {
-                const qsizetype place =
-                    (uchar(changes[i]) << 4 | uchar(changes[i + 1]) >> 4) % content.size();
-                mutated[i % 2 == 0 ? place : content.size() - 1 - place] = changes[i + 2];
-            }
-            variants << mutated;
-        }
         const FileURL damaged = m_folder.at("damaged." + extension);
-        QElapsedTimer timer;
-        for (qsizetype i = 0; i < variants.size(); ++i) {
-            QVERIFY(MediaMaker::write(damaged, variants[i]));
+        for (const QByteArray &variant : MediaMaker::damaged(MediaMaker::read(whole), 15)) {
+            QVERIFY(MediaMaker::write(damaged, variant));
+            QElapsedTimer timer;
             timer.start();
             const auto size = VideoAsset::displaySize(damaged);
             QVERIFY(!size || (size->width() > 0 && size->height() > 0));
-            QVERIFY2(timer.elapsed() < patience, qPrintable(u"variant %1"_s.arg(i)));
+            QVERIFY(timer.elapsed() < patience);
         }
     }
 

@@ -25,15 +25,11 @@ class MPVOpenGLViewTest : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void flipsRows_data();
-    void flipsRows();
     void drawsAnnouncedFrames();
     void drawsFramesWhenTheyAreDue_data();
     void drawsFramesWhenTheyAreDue();
     void keepsFramesForTheNextHost();
-    void drawsWithoutAPlayer();
     void takesWaitingFramesBeforeItEnds();
-    void keepsItsPictureLayer();
 
 private:
     void join();
@@ -71,21 +67,6 @@ void MPVOpenGLViewTest::announceFrame(int64_t dueIn) {
     m_mpv->framePending = true;
     m_mpv->frameDueIn = dueIn;
     m_mpv->notify();
-}
-
-void MPVOpenGLViewTest::flipsRows_data() {
-    QTest::addColumn<QByteArray>("rows");
-    QTest::addColumn<QByteArray>("flipped");
-    QTest::newRow("one") << QByteArray("aaaa") << QByteArray("aaaa");
-    QTest::newRow("three") << QByteArray("aaaabbbbcccc") << QByteArray("ccccbbbbaaaa");
-    QTest::newRow("four") << QByteArray("aaaabbbbccccdddd") << QByteArray("ddddccccbbbbaaaa");
-}
-
-void MPVOpenGLViewTest::flipsRows() {
-    QFETCH(QByteArray, rows);
-    QFETCH(QByteArray, flipped);
-    flipRows(reinterpret_cast<uchar *>(rows.data()), 4, rows.size() / 4);
-    QCOMPARE(rows, flipped);
 }
 
 void MPVOpenGLViewTest::drawsAnnouncedFrames() {
@@ -149,15 +130,6 @@ void MPVOpenGLViewTest::keepsFramesForTheNextHost() {
     QCOMPARE(m_mpv->take(), drawn);
 }
 
-void MPVOpenGLViewTest::drawsWithoutAPlayer() {
-    MPVOpenGLView view(m_mpv->functions());
-    view.setBackingSize({64, 48});
-    view.draw();
-    view.setBackingSize({});
-    view.draw();
-    QCOMPARE(m_mpv->calls, QStringList());
-}
-
 void MPVOpenGLViewTest::takesWaitingFramesBeforeItEnds() {
     m_mpv->framePending = true;
     m_view->shutdownRenderContext();
@@ -168,16 +140,6 @@ void MPVOpenGLViewTest::takesWaitingFramesBeforeItEnds() {
     m_view->consumeRenderUpdates(); // a late notice
     m_view.reset();
     QCOMPARE(m_mpv->calls, QStringList());
-}
-
-void MPVOpenGLViewTest::keepsItsPictureLayer() {
-    m_view->setPresentsFramesThroughLayer(false);
-    QVERIFY(!m_view->videoFrameLayer());
-    m_view->setPresentsFramesThroughLayer(true);
-    const auto *layer = m_view->videoFrameLayer();
-    QVERIFY(layer && !layer->hidden);
-    m_view->setPresentsFramesThroughLayer(false);
-    QVERIFY(m_view->videoFrameLayer() == layer && layer->hidden);
 }
 
 QTEST_MAIN(MPVOpenGLViewTest)

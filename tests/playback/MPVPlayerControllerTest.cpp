@@ -2,6 +2,7 @@
 #include "MPVOpenGLView.h"
 #include "RecordingMPV.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -12,33 +13,14 @@ namespace {
 const FileURL file = FileURL::fromNativePath("/films/one.mp4");
 
 QStringList options(const QString &hwdec, const QString &loop) {
-    const QStringList pairs{
-        QStringLiteral("config=no"),
-        QStringLiteral("load-scripts=no"),
-        QStringLiteral("load-stats-overlay=no"),
-        QStringLiteral("load-osd-console=no"),
-        QStringLiteral("load-auto-profiles=no"),
-        QStringLiteral("ytdl=no"),
-        QStringLiteral("osc=no"),
-        QStringLiteral("input-default-bindings=no"),
-        QStringLiteral("input-vo-keyboard=no"),
-        QStringLiteral("hwdec=") + hwdec,
-        QStringLiteral("vo=libmpv"),
-        QStringLiteral("keepaspect=yes"),
-        QStringLiteral("panscan=0.0"),
-        QStringLiteral("keep-open=yes"),
-        QStringLiteral("loop-file=") + loop,
-        QStringLiteral("aid=auto"),
-        QStringLiteral("ao=pipewire,pulse,alsa"),
-        QStringLiteral("audio-client-name=Mosa"),
-        QStringLiteral("sub-auto=fuzzy"),
-        QStringLiteral("sub-file-paths=sub:subs:subtitles"),
-    };
-    QStringList calls;
-    for (const QString &pair : pairs) {
-        calls << QStringLiteral("option ") + pair;
-    }
-    return calls;
+    const QString pairs = QStringLiteral(
+        "config=no load-scripts=no load-stats-overlay=no load-osd-console=no load-auto-profiles=no ytdl=no "
+        "osc=no input-default-bindings=no input-vo-keyboard=no hwdec=%1 vo=libmpv keepaspect=yes "
+        "panscan=0.0 keep-open=yes loop-file=%2 aid=auto ao=pipewire,pulse,alsa audio-client-name=Mosa "
+        "sub-auto=fuzzy sub-file-paths=sub:subs:subtitles");
+    return pairs.arg(hwdec, loop)
+        .split(u' ')
+        .replaceInStrings(QRegularExpression(QStringLiteral("^")), QStringLiteral("option "));
 }
 
 } // namespace
@@ -52,17 +34,14 @@ private Q_SLOTS:
     void startsAndStops();
     void staysInertWhenThePlayerFails_data();
     void staysInertWhenThePlayerFails();
-    void sendsBytesOfPaths();
     void polls_data();
     void polls();
     void keepsWhatCannotBeRead();
-    void toggles();
     void seeks_data();
     void seeks();
     void sendsVolume_data();
     void sendsVolume();
     void nothingReachesThePlayerAfterShutdown();
-    void announcesTheFirstFrame();
 };
 
 void MPVPlayerControllerTest::startsAndStops_data() {
@@ -141,13 +120,6 @@ void MPVPlayerControllerTest::staysInertWhenThePlayerFails() {
     QVERIFY(!player.hasRenderedFrame());
 }
 
-void MPVPlayerControllerTest::sendsBytesOfPaths() {
-    RecordingMPV mpv;
-    const QByteArray path("/films/caf\xE9 \xF0\x9F\x8E\x9E\n.mp4");
-    MPVPlayerController player(FileURL::fromNativePath(path), true, mpv.functions());
-    QCOMPARE(mpv.lastCommand, (QList<QByteArray>{"loadfile", path, "replace"}));
-}
-
 void MPVPlayerControllerTest::polls_data() {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<double>("seconds");
@@ -201,22 +173,6 @@ void MPVPlayerControllerTest::keepsWhatCannotBeRead() {
     QVERIFY(player.paused());
     QVERIFY(player.isMuted());
     QCOMPARE(player.audioOutput(), QString());
-}
-
-void MPVPlayerControllerTest::toggles() {
-    RecordingMPV mpv;
-    MPVPlayerController player(file, true, mpv.functions());
-    mpv.take();
-    player.togglePause();
-    QVERIFY(player.paused());
-    player.togglePause();
-    QVERIFY(!player.paused());
-    player.toggleMute();
-    QVERIFY(!player.isMuted());
-    player.toggleMute();
-    QVERIFY(player.isMuted());
-    QCOMPARE(mpv.take(), (QStringList{QStringLiteral("set pause=yes"), QStringLiteral("set pause=no"),
-                                      QStringLiteral("set mute=no"), QStringLiteral("set mute=yes")}));
 }
 
 void MPVPlayerControllerTest::seeks_data() {
@@ -287,19 +243,6 @@ void MPVPlayerControllerTest::nothingReachesThePlayerAfterShutdown() {
     QVERIFY(player.paused());
     QVERIFY(player.isMuted());
     QCOMPARE(player.position(), 5.0);
-}
-
-void MPVPlayerControllerTest::announcesTheFirstFrame() {
-    RecordingMPV mpv;
-    MPVPlayerController player(file, true, mpv.functions());
-    player.surface()->setBackingSize({64, 48});
-    QTest::qWait(20);
-    QVERIFY(!player.hasRenderedFrame());
-    mpv.framePending = true;
-    mpv.notify();
-    QTRY_VERIFY(player.hasRenderedFrame());
-    player.shutdown();
-    QVERIFY(player.hasRenderedFrame());
 }
 
 QTEST_MAIN(MPVPlayerControllerTest)

@@ -3,8 +3,11 @@
 #include "MPVVideoSurface.h"
 #include "MediaMaker.h"
 
+#include <QDir>
 #include <QGuiApplication>
+#include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QQuickView>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -28,6 +31,30 @@ QColor middle(const QImage &image) {
     return image.pixelColor(image.width() / 2, image.height() / 2);
 }
 
+int threadCount() {
+    return int(QDir(QStringLiteral("/proc/self/task")).count());
+}
+
+int descriptorCount() {
+    return int(QDir(QStringLiteral("/proc/self/fd")).count());
+}
+
+int textureCount() {
+    QOffscreenSurface surface;
+    surface.create();
+    QOpenGLContext context;
+    context.setShareContext(QOpenGLContext::globalShareContext());
+    if (!context.create() || !context.makeCurrent(&surface)) {
+        return -1;
+    }
+    int count = 0;
+    for (unsigned name = 1; name < 20'000; ++name) {
+        count += context.functions()->glIsTexture(name) ? 1 : 0;
+    }
+    context.doneCurrent();
+    return count;
+}
+
 } // namespace
 
 /// The player library itself, in a window, on made files.
@@ -47,7 +74,6 @@ private Q_SLOTS:
     void loopsAPreview();
     void keepsTheLastFrame();
     void seeksAndTellsTheTime();
-    void mutes();
     void playsNamesOfAnyBytes();
     void staysDarkForWhatIsNoVideo();
     void movesToAnotherSurface();
@@ -55,7 +81,7 @@ private Q_SLOTS:
     void neverShowsAnUndrawnFrame();
     void endsAtAnyMoment_data();
     void endsAtAnyMoment();
-    void takesNoPointerEvents();
+    void leavesNothingBehind();
 
 private:
     FileURL path(const QByteArray &name) const {
@@ -180,16 +206,6 @@ void PlaybackTest::seeksAndTellsTheTime() {
     QVERIFY2(std::abs(player->position() - 1.2) <= 0.04, qPrintable(QString::number(player->position())));
 }
 
-void PlaybackTest::mutes() {
-    auto *player = play(m_withSound, true);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    player->toggleMute();
-    QVERIFY(!player->isMuted());
-    QSignalSpy polls(player, &MPVPlayerController::isMutedChanged);
-    QTRY_VERIFY_WITH_TIMEOUT(polls.count() >= 2, longWait);
-    QVERIFY(!player->isMuted()); // the player agrees
-}
-
 void PlaybackTest::playsNamesOfAnyBytes() {
     const FileURL file = path("caf\xE9 \n%20?#.mp4");
     QVERIFY(MediaMaker::video(file, {.size = {320, 240}, .seconds = 2}));
@@ -277,9 +293,33 @@ void PlaybackTest::endsAtAnyMoment() {
     QCOMPARE(shown().pixelColor(160, 120), QColor(Qt::magenta));
 }
 
-void PlaybackTest::takesNoPointerEvents() {
-    QVERIFY(!m_surface->contains({10, 10}));
-    QCOMPARE(m_surface->acceptedMouseButtons(), Qt::NoButton);
+/// A restless pointer over a page of videos, some of which are none.
+void PlaybackTest::leavesNothingBehind() {
+    const FileURL half = path("half.mp4");
+    const QByteArray content = MediaMaker::read(m_withSound);
+    QVERIFY(MediaMaker::write(half, content.left(content.size() / 3)));
+    const FileURL files[] = {m_withSound, half, m_wide, path("missing.mp4")};
+    const auto sweep = [&](int rounds) {
+        for (int i = 0; i < rounds; ++i) {
+            auto *player = play(files[i % 4], i % 3 != 0);
+            QTest::qWait(i % 5 * 40);
+            player->seek(i % 2);
+            m_surface->setController(nullptr);
+        }
+        m_player.reset();
+        QTest::qWait(300);
+        shown(); // the scene lets go of textures while it draws
+    };
+    sweep(8);
+    const int threads = threadCount();
+    const int descriptors = descriptorCount();
+    const int textures = textureCount();
+    QVERIFY(textures >= 0);
+    sweep(24);
+    QCOMPARE(textureCount(), textures);
+    QVERIFY2(threadCount() <= threads + 1, qPrintable(QString::number(threadCount() - threads)));
+    QVERIFY2(descriptorCount() <= descriptors + 2,
+             qPrintable(QString::number(descriptorCount() - descriptors)));
 }
 
 int main(int argc, char *argv[]) {

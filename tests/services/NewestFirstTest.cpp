@@ -65,20 +65,6 @@ private Q_SLOTS:
             QCOMPARE(paths(files), paths(expected));
         }
     }
-
-    void cards() {
-        QList<FolderCard> folders;
-        for (const char *name : {"b", "Trip 10", "a", "trip 9", "B", "Äh"}) {
-            folders << FolderCard{
-                .url = {}, .name = QString::fromUtf8(name), .itemCount = 0, .representative = {}};
-        }
-        sortByName(folders);
-        QStringList names;
-        for (const FolderCard &card : folders) {
-            names << card.name;
-        }
-        QCOMPARE(names.join(u','), u"a,Äh,b,B,trip 9,Trip 10"_s);
-    }
 };
 
 QTEST_GUILESS_MAIN(NewestFirstTest)

@@ -80,27 +80,6 @@ private Q_SLOTS:
         QCOMPARE(cache.bytes(), 0);
     }
 
-    void names_data() {
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QByteArray>("name");
-        // Digests from sha256sum.
-        QTest::newRow("ASCII") << "/a"_ba
-                               << QByteArray(
-                                      "6a50dc8584134c7de537c0052ff6d236bf874355e050c90523e0c5ff2a543a28.jpg");
-        QTest::newRow("UTF-8") << "/\xC3\xA9"_ba
-                               << QByteArray(
-                                      "e6899f85ca4838a9a84fed49a2d7b34c0a30c0e4a297cad4adb7745f73fa7295.jpg");
-        QTest::newRow("Latin-1")
-            << "/\xE9"_ba
-            << QByteArray("2e442e521da3d51f14a78591ee48b6824c648ad31c319b3d3dc10eaa4124bcdb.jpg");
-    }
-
-    void names() {
-        QFETCH(QByteArray, path);
-        QFETCH(QByteArray, name);
-        QCOMPARE(ThumbnailDiskCache::cacheName(FileURL::fromNativePath(path)), name);
-    }
-
     void keepsPictures() {
         const ThumbnailDiskCache cache(directory());
         cache.prepare();

@@ -5,19 +5,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// The numbers in "/f/v7.mp4, /f/p1.jpg" as "v7 p1".
-QString names(const QList<MediaFile> &files) {
-    QStringList names;
-    for (const MediaFile &file : files) {
-        names.append(file.url.lastPathComponent().section(u'.', 0, 0));
-    }
-    return names.join(u' ');
-}
-
-} // namespace
-
 class AppStateBrowsingTest : public QObject {
     Q_OBJECT
 

@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QPromise>
+#include <QTest>
 
 #include <memory>
 #include <vector>
@@ -97,6 +98,15 @@ inline QList<MediaFile> mediaFiles(const QByteArray &folder, MediaKind kind, int
             folder + (kind == MediaKind::video ? "/v" + number + ".mp4" : "/p" + number + ".jpg"), kind, -i));
     }
     return files;
+}
+
+/// "/f/v7.mp4, /f/p1.jpg" as "v7 p1".
+inline QString names(const QList<MediaFile> &files) {
+    QStringList names;
+    for (const MediaFile &file : files) {
+        names.append(file.url.lastPathComponent().section(u'.', 0, 0));
+    }
+    return names.join(u' ');
 }
 
 inline ScanResult scanResult(const QByteArray &folder, int videos, int photos) {

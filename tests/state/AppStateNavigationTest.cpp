@@ -63,17 +63,6 @@ private Q_SLOTS:
         QVERIFY(!m_state->statusMessage() && !m_state->errorMessage());
     }
 
-    void keepsTheOldFolderWhileScanning() {
-        QVERIFY(m_fixture->show(scanResult("/a", 2, 0)));
-        QVERIFY(!m_state->canNavigateBack());
-        m_state->openFolder(FileURL::directory("/x/na %1 me"), true);
-        QVERIFY(m_state->isScanning());
-        QCOMPARE(m_state->statusMessage(), u"Scanning na %1 me\u2026"_s);
-        QVERIFY(shows("/a"));
-        QCOMPARE(m_state->videos().size(), 2);
-        QVERIFY(m_state->canNavigateBack());
-    }
-
     void opensTheFolderOfAFile_data() {
         QTest::addColumn<bool>("isDirectory");
         QTest::addColumn<bool>("readFails");
@@ -169,8 +158,8 @@ private Q_SLOTS:
         m_state->toggleFlag(m_state->photos()[1]);
         m_state->hideVideo(m_state->videos()[0]);
         m_state->setPage(2);
-        const QSet<QString> flags = m_state->flags();
-        const QSet<QString> hidden = m_state->hiddenVideos();
+        const QSet<FileURL> flags = m_state->flags();
+        const QSet<FileURL> hidden = m_state->hiddenVideos();
 
         QVERIFY(m_fixture->show(scanResult("/b", 1, 0)));
         m_state->setViewFlaggedOnly(true);

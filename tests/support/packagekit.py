@@ -1,6 +1,7 @@
 """packagekit.py OUTCOME: stands in for the system's package service on the session bus, until it is ended.
 
 OUTCOME says what a check for updates of "mosa" comes to: "none", "update", or the name of the method that fails.
+Other packages and nonsense are always among the updates.
 Says "ready" once it can be called; each line that it reads then lets one piece of work finish.
 """
 
@@ -27,8 +28,9 @@ class Transaction(dbus.service.Object):
         fails = self._service.outcome == method
         if fails:
             self.ErrorCode(dbus.UInt32(2), "The package service has no network.")
-        elif method == "GetUpdates" and self._service.outcome != "none":
-            self.Package(dbus.UInt32(5), "mosa;9.8.7;amd64;stable", "A newer one")
+        elif method == "GetUpdates":
+            for package in ("mosa", "mosaic;9.9;amd64;stable", "mosa;9.8.7;amd64;stable")[:2 + self._service.has_update]:
+                self.Package(dbus.UInt32(5), package, "A newer one")
         self.Finished(dbus.UInt32(2 if fails else 1), dbus.UInt32(1))
 
     @dbus.service.method(TRANSACTION, in_signature="as")
@@ -69,6 +71,7 @@ class PackageKit(dbus.service.Object):
     def __init__(self, bus, outcome):
         super().__init__(bus, "/org/freedesktop/PackageKit")
         self.bus, self.outcome = bus, outcome
+        self.has_update = outcome != "none"
         self._count = self._allowed = 0
         self._waiting = []
 

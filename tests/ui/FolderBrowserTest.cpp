@@ -81,24 +81,16 @@ void FolderBrowserTest::narrowsToWhatIsTyped_data() {
     QTest::addColumn<QString>("rows");
     QTest::addColumn<QString>("completion");
 
-    QTest::newRow("beginning in another case") << "b"
-                                               << "B9 b10"
-                                               << "b10";
-    QTest::newRow("one left") << "b1"
-                              << "b10"
-                              << "b10";
-    QTest::newRow("whole name") << "link"
-                                << "link"
-                                << "link";
-    QTest::newRow("only another case") << "LI"
-                                       << "link"
-                                       << "link";
-    QTest::newRow("no such name") << "x"
-                                  << ""
-                                  << "";
-    QTest::newRow("nothing") << ""
-                             << "a B9 b10 link"
-                             << "";
+    const auto row = [](const char *title, const char *typed, const char *rows, const char *completion) {
+        QTest::newRow(title) << QString::fromLatin1(typed) << QString::fromLatin1(rows)
+                             << QString::fromLatin1(completion);
+    };
+    row("beginning in another case", "b", "B9 b10", "b10");
+    row("one left", "b1", "b10", "b10");
+    row("whole name", "link", "link", "link");
+    row("only another case", "LI", "link", "link");
+    row("no such name", "x", "", "");
+    row("nothing", "", "a B9 b10 link", "");
 }
 
 void FolderBrowserTest::narrowsToWhatIsTyped() {

@@ -1,26 +1,20 @@
 #include <QMimeData>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "../state/AppStateFixture.h"
 #include "FolderDropTarget.h"
 #include "FolderOpener.h"
-#include "LastFolder.h"
 #include "NotificationCentre.h"
 #include "NotificationNames.h"
 
-// The ways into a folder besides the chooser: a drop, the last folder, an announcement.
+// The ways into a folder besides the chooser: a drop, an announcement.
 class FolderWaysTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void takesTheFirstDroppedFile_data();
     void takesTheFirstDroppedFile();
-    void offersTheLastFolderWhileItExists();
     void opensAnnouncedFolders();
-
-private:
-    AppStateFixture m_fixture;
 };
 
 void FolderWaysTest::takesTheFirstDroppedFile_data() {
@@ -44,25 +38,6 @@ void FolderWaysTest::takesTheFirstDroppedFile() {
     data.setData(QStringLiteral("text/uri-list"), list);
     const std::optional<FileURL> url = FolderDropTarget::firstFile(data);
     QTEST(url ? url->nativePath() : QByteArray(), "path");
-}
-
-void FolderWaysTest::offersTheLastFolderWhileItExists() {
-    LastFolder last;
-    last.setState(m_fixture.state.get());
-    QVERIFY(!last.isAvailable());
-
-    QTemporaryDir folder;
-    QVERIFY(folder.isValid());
-    m_fixture.preferences.setString(QStringLiteral("MosaLastFolder"), folder.path());
-    last.refresh();
-    QTRY_VERIFY_WITH_TIMEOUT(last.isAvailable(), 30000);
-
-    last.open();
-    QVERIFY(!m_fixture.scans.empty() || !m_fixture.directoryTests.empty());
-
-    QVERIFY(folder.remove());
-    last.refresh();
-    QTRY_VERIFY_WITH_TIMEOUT(!last.isAvailable(), 30000);
 }
 
 void FolderWaysTest::opensAnnouncedFolders() {

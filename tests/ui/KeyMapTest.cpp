@@ -1,11 +1,9 @@
-#include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTest>
 
 #include "../state/AppStateFixture.h"
 #include "KeyMap.h"
 #include "KeyPress.h"
-#include "KeyboardMonitor.h"
 #include "NotificationCentre.h"
 
 using Key = KeyPress::Key;
@@ -38,7 +36,6 @@ private Q_SLOTS:
     void backClosesTheViewer();
     void readsPresses_data();
     void readsPresses();
-    void monitorSwallowsWhatIsConsumed();
 
 private:
     std::unique_ptr<AppStateFixture> m_fixture;
@@ -196,40 +193,6 @@ void KeyMapTest::readsPresses() {
     QTEST(press.key, "read");
     QTEST(press.characters, "characters");
     QCOMPARE(press.command, modifiers.testFlag(Qt::ControlModifier));
-}
-
-void KeyMapTest::monitorSwallowsWhatIsConsumed() {
-    class Window : public QQuickWindow {
-    public:
-        QList<int> keys;
-
-    protected:
-        void keyPressEvent(QKeyEvent *event) override { keys.append(event->key()); }
-    } window;
-    auto monitor = std::make_unique<KeyboardMonitor>();
-    monitor->setProperty("keyMap", QVariant::fromValue(m_map.get()));
-    const auto press = [&window](Qt::Key key) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&window, &event);
-    };
-
-    press(Qt::Key_Right);
-    QCOMPARE(window.keys, QList<int>{Qt::Key_Right}); // not installed yet
-    monitor->componentComplete();
-    press(Qt::Key_Right);
-    press(Qt::Key_Up);
-    QCOMPARE(window.keys, (QList<int>{Qt::Key_Right, Qt::Key_Up}));
-    QCOMPARE(m_state->page(), 1);
-
-    monitor->setProperty("suspended", true);
-    press(Qt::Key_Right);
-    QCOMPARE(m_state->page(), 1);
-    QCOMPARE(window.keys.size(), 3);
-
-    monitor.reset();
-    press(Qt::Key_Right);
-    QCOMPARE(m_state->page(), 1);
-    QCOMPARE(window.keys.size(), 4);
 }
 
 QTEST_MAIN(KeyMapTest)

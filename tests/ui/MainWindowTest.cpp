@@ -1,13 +1,11 @@
 #include "MainWindow.h"
 
+#include "../state/AppStateFixture.h"
 #include "NotificationCentre.h"
 #include "NotificationNames.h"
-#include "Preferences.h"
 
-#include <QHash>
 #include <QQmlComponent>
 #include <QQuickItem>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -15,15 +13,6 @@ namespace {
 
 constexpr int limit = 30000;
 const QString key = QStringLiteral("MosaMainWindow");
-
-class MemoryPreferences : public Preferences {
-public:
-    std::optional<QString> string(const QString &name) const override {
-        return values.contains(name) ? std::optional(values.value(name)) : std::nullopt;
-    }
-    void setString(const QString &name, const QString &value) override { values.insert(name, value); }
-    QHash<QString, QString> values;
-};
 
 void clickTwice(QWindow &window, QPoint point) {
     QTest::mouseClick(&window, Qt::LeftButton, {}, point);
@@ -36,85 +25,25 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void opensAtItsFirstSize() {
-        MainWindow window;
-        window.open();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        const QSize room = window.screen()->availableGeometry().size();
-        QCOMPARE(window.size(), MainWindow::firstFrame.boundedTo(room).expandedTo({920, 620}));
-        QCOMPARE(window.minimumSize(), QSize(920, 620));
-        QCOMPARE(window.title(), QStringLiteral("Mosa"));
-        QVERIFY(window.flags().testFlag(Qt::FramelessWindowHint));
-    }
-
-    void keepsItsFrame_data() {
-        QTest::addColumn<bool>("closes");
-        QTest::newRow("a moment after a change") << false;
-        QTest::newRow("at once when it closes") << true;
-    }
-
-    void keepsItsFrame() {
-        QFETCH(bool, closes);
-        MemoryPreferences preferences;
-        // Smaller than the platform's only screen.
-        const QRect frame(7, 9, 330, 240);
-        {
-            MainWindow window(&preferences);
-            window.setMinimumSize({300, 200});
-            window.open();
-            QVERIFY(QTest::qWaitForWindowExposed(&window));
-            window.setGeometry(frame);
-            QTRY_COMPARE_WITH_TIMEOUT(window.geometry(), frame, limit);
-            if (closes) {
-                window.close();
-                QVERIFY(preferences.values.contains(key));
-            } else {
-                QTRY_VERIFY_WITH_TIMEOUT(preferences.values.contains(key), limit);
-            }
-        }
-        MainWindow again(&preferences);
-        again.setMinimumSize({300, 200});
-        again.open();
-        QCOMPARE(again.geometry(), frame);
-    }
-
-    void keepsTheFrameBeneathSpecialStates_data() {
-        QTest::addColumn<Qt::WindowState>("state");
-        QTest::addColumn<bool>("maximisedAgain");
-        QTest::newRow("maximised") << Qt::WindowMaximized << true;
-        QTest::newRow("full screen") << Qt::WindowFullScreen << false;
-    }
-
-    void keepsTheFrameBeneathSpecialStates() {
-        QFETCH(Qt::WindowState, state);
-        QFETCH(bool, maximisedAgain);
-        MemoryPreferences preferences;
+    void keepsTheFrameBeneathFullScreen() {
+        TestPreferences preferences;
         MainWindow window(&preferences);
         window.open();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         const QRect frame(5, 6, 925, 630);
         window.setGeometry(frame);
         QTRY_VERIFY_WITH_TIMEOUT(preferences.values.contains(key), limit);
-        window.setWindowStates(state);
-        QTRY_VERIFY_WITH_TIMEOUT(window.windowStates().testFlag(state), limit);
+        window.setWindowStates(Qt::WindowFullScreen);
+        QTRY_VERIFY_WITH_TIMEOUT(window.windowStates().testFlag(Qt::WindowFullScreen), limit);
         window.close();
         const auto kept = WindowFrame::fromText(preferences.values.value(key));
         QVERIFY(kept.has_value());
         QCOMPARE(kept->frame, frame);
-        QCOMPARE(kept->maximised, maximisedAgain);
-        MainWindow again(&preferences);
-        again.open();
-        QCOMPARE(again.isMaximised(), maximisedAgain);
+        QVERIFY(!kept->maximised);
     }
 
-    void announcesFullScreen_data() {
-        QTest::addColumn<bool>("byProgram");
-        QTest::newRow("asked for by the program") << true;
-        QTest::newRow("changed by the desktop") << false;
-    }
-
+    /// Whoever changes it: here not the program.
     void announcesFullScreen() {
-        QFETCH(bool, byProgram);
         MainWindow window;
         window.open();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -125,21 +54,14 @@ private Q_SLOTS:
                         names.append(name);
                     }
                 });
-        const auto toggle = [&] {
-            if (byProgram) {
-                window.toggleFullScreen();
-            } else {
-                window.setWindowStates(window.windowStates() ^ Qt::WindowFullScreen);
-            }
-        };
-        toggle();
+        window.setWindowStates(Qt::WindowFullScreen);
         QTRY_COMPARE_WITH_TIMEOUT(names,
                                   QStringList({NotificationNames::windowWillEnterFullScreen,
                                                NotificationNames::windowDidEnterFullScreen}),
                                   limit);
         QVERIFY(window.isFullScreen());
         names.clear();
-        toggle();
+        window.setWindowStates(Qt::WindowNoState);
         QTRY_COMPARE_WITH_TIMEOUT(names,
                                   QStringList({NotificationNames::windowWillExitFullScreen,
                                                NotificationNames::windowDidExitFullScreen}),

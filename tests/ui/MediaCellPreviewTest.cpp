@@ -30,15 +30,11 @@ class MediaCellPreviewTest : public QObject {
 private Q_SLOTS:
     void init();
     void cleanup();
-    void startsMutedWhenThePointerEnters();
     void clickMakesItAudible_data();
     void clickMakesItAudible();
     void endsAfterThePointerLeft();
     void goesOnWhenThePointerComesBack();
     void givesWayToAnotherCell();
-    void claimsBeforeItStarts();
-    void ignoresClaimsThatAreNoOther_data();
-    void ignoresClaimsThatAreNoOther();
     void endsWhenAnythingIsOpened();
     void doubleClickEndsBeforeItOpens();
     void endsWithItsCell_data();
@@ -75,17 +71,6 @@ std::unique_ptr<MediaCellPreview> MediaCellPreviewTest::cell(const MediaFile &it
     made->setItem(item);
     made->setState(m_state.get());
     return made;
-}
-
-void MediaCellPreviewTest::startsMutedWhenThePointerEnters() {
-    const auto a = cell(media("a.mp4"));
-    a->entered();
-    QVERIFY(a->hovering());
-    QVERIFY(plays(*a) && a->controller()->preview() && a->controller()->isMuted());
-    QVERIFY(m_mpv->calls.contains(QStringLiteral("set mute=yes")));
-    QVERIFY(!m_mpv->calls.contains(QStringLiteral("set mute=no")));
-    a->entered();
-    QCOMPARE(started(), 1);
 }
 
 void MediaCellPreviewTest::clickMakesItAudible_data() {
@@ -146,30 +131,6 @@ void MediaCellPreviewTest::givesWayToAnotherCell() {
     QVERIFY(plays(*a) && !plays(*b));
     QTest::qWait(90); // the delay that b's claim cancelled does not end the new preview
     QVERIFY(plays(*a));
-}
-
-void MediaCellPreviewTest::claimsBeforeItStarts() {
-    const auto a = cell(media("a.mp4"));
-    const auto b = cell(media("b.mp4"));
-    a->entered();
-    b->entered();
-    const QStringList &calls = m_mpv->calls;
-    QVERIFY(calls.indexOf(QStringLiteral("terminate_destroy")) < calls.lastIndexOf(QStringLiteral("create")));
-}
-
-void MediaCellPreviewTest::ignoresClaimsThatAreNoOther_data() {
-    QTest::addColumn<QVariant>("object");
-    QTest::newRow("its own") << QVariant(QStringLiteral("/media/a.mp4"));
-    QTest::newRow("nothing") << QVariant();
-    QTest::newRow("no text") << QVariant(42);
-}
-
-void MediaCellPreviewTest::ignoresClaimsThatAreNoOther() {
-    QFETCH(QVariant, object);
-    const auto a = cell(media("a.mp4"));
-    a->entered();
-    NotificationCentre::defaultCentre().post(NotificationNames::mosaPreviewClaimed, object);
-    QVERIFY(plays(*a) && a->hovering());
 }
 
 void MediaCellPreviewTest::endsWhenAnythingIsOpened() {

@@ -4,31 +4,16 @@
 #include "../state/AppStateFixture.h"
 #include "MediaPager.h"
 
-namespace {
-
-QString names(const QList<MediaFile> &files) {
-    QStringList names;
-    for (const MediaFile &file : files) {
-        names.append(file.url.lastPathComponent().section(u'.', 0, 0));
-    }
-    return names.join(u' ');
-}
-
-} // namespace
-
 // Ratio 1.5 at 245 points: 367.5 wide, so a grid of 738 points takes two a row, 244 points high.
 class MediaPagerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init();
-    void reservesRoom_data();
-    void reservesRoom();
     void showsAPage();
     void clampsAPageBeyondTheLast();
     void settlesOnTheLastPage();
     void writesNothingBackOnFirstAppearance();
-    void emptyMediaHaveOnePage();
     void pagesOnceForAFolder();
     void keepsRowsOfItemsThatStay_data();
     void keepsRowsOfItemsThatStay();
@@ -50,29 +35,6 @@ void MediaPagerTest::init() {
     m_pager->setWidth(750);
     m_pager->setHeight(48 + 12 + 2 * 245 + 6);
     m_pager->setState(m_state);
-}
-
-void MediaPagerTest::reservesRoom_data() {
-    QTest::addColumn<bool>("strip");
-    QTest::addColumn<bool>("immersive");
-    QTest::addColumn<int>("reserved");
-
-    QTest::newRow("toolbar") << false << false << 48;
-    QTest::newRow("toolbar and strip") << true << false << 128;
-    QTest::newRow("immersive") << true << true << 0;
-}
-
-void MediaPagerTest::reservesRoom() {
-    QFETCH(bool, strip);
-    QFETCH(bool, immersive);
-    ScanResult result = scanResult("/g", 1, 1);
-    if (strip) {
-        result.folders = {{FileURL::directory("/g/c"), QStringLiteral("c"), 9, std::nullopt}};
-    }
-    QVERIFY(m_fixture->show(result));
-    m_pager->setImmersive(immersive);
-    QTRY_COMPARE(m_pager->pageItems()->rowCount(), 1);
-    QTEST(m_pager->reservedHeight(), "reserved");
 }
 
 void MediaPagerTest::showsAPage() {
@@ -126,15 +88,6 @@ void MediaPagerTest::writesNothingBackOnFirstAppearance() {
     late.componentComplete();
     QCOMPARE(late.shownPage(), 2);
     QCOMPARE(m_state->page(), 77);
-}
-
-void MediaPagerTest::emptyMediaHaveOnePage() {
-    m_state->setPage(2);
-    m_state->setViewFlaggedOnly(true);
-    QTRY_VERIFY(m_pager->isEmpty());
-    QCOMPARE(m_pager->pageCount(), 1);
-    QCOMPARE(m_pager->shownPage(), 0);
-    QCOMPARE(m_pager->pageItems()->rowCount(), 0);
 }
 
 void MediaPagerTest::pagesOnceForAFolder() {

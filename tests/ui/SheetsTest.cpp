@@ -25,11 +25,8 @@ private Q_SLOTS:
     void answersAnAlertByKey();
     void alertsWaitForEachOther();
     void keepsTheFocusInside();
-    void describesTheAlert();
     void choosesATypedFolder();
-    void cancelsTheChooser();
     void makesAFolderToCopyInto();
-    void arranges();
     void arrangesByDragging();
     void arrangesWithArrowKeys();
     void zooms();
@@ -37,7 +34,6 @@ private Q_SLOTS:
 private:
     QQuickItem *find(const QString &name, const QQuickItem *under = nullptr) const;
     void click(const QString &name) const;
-    void grab(const char *name) const;
 
     std::unique_ptr<AppStateFixture> m_fixture;
     std::unique_ptr<SheetAlertPresenter> m_alerts;
@@ -94,15 +90,6 @@ void SheetsTest::click(const QString &name) const {
     QVERIFY2(item != nullptr, qPrintable(name));
     const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
     QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centre.toPoint());
-}
-
-/// Leaves a picture of the sheet where MOSA_TEST_PICTURES says, for looking at.
-void SheetsTest::grab(const char *name) const {
-    const QString directory = qEnvironmentVariable("MOSA_TEST_PICTURES");
-    if (!directory.isEmpty()) {
-        QTest::qWait(300);
-        QVERIFY(m_view->grabWindow().save(directory + u'/' + QLatin1String(name) + QStringLiteral(".png")));
-    }
 }
 
 void SheetsTest::answersAnAlertByKey_data() {
@@ -168,31 +155,12 @@ void SheetsTest::keepsTheFocusInside() {
     QVERIFY(reached.contains(first));
 }
 
-void SheetsTest::describesTheAlert() {
-    m_fixture->state->toggleFlag(m_fixture->state->videos()[0]);
-    const auto answer =
-        m_alerts->present({.messageText = QStringLiteral("Move 12 items to Trash?"),
-                           .informativeText = QStringLiteral("The files can be recovered from the Trash."),
-                           .buttons = {QStringLiteral("Move to Trash"), QStringLiteral("Cancel")},
-                           .destructive = true});
-    grab("alert");
-    QQuickItem *panel = find(QStringLiteral("Move 12 items to Trash?"));
-    QVERIFY(panel != nullptr);
-    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(panel);
-    QCOMPARE(interface->role(), QAccessible::AlertMessage);
-    QCOMPARE(interface->text(QAccessible::Description),
-             QStringLiteral("The files can be recovered from the Trash."));
-    click(QStringLiteral("Cancel"));
-    QCOMPARE(answer.result(), 1);
-}
-
 void SheetsTest::choosesATypedFolder() {
     const QTemporaryDir directory;
     QVERIFY(QDir(directory.path()).mkpath(QStringLiteral("Holiday/Beach")));
     const auto answer = m_chooser->choose(QStringLiteral("Open a folder in Mosa"), QStringLiteral("Open"));
     m_chooser->browser()->openPath(directory.path());
     QTRY_COMPARE(m_chooser->browser()->rowCount(), 1);
-    grab("chooser");
     // The rest of the name comes by itself, Tab takes it.
     QTest::keyClick(m_view.get(), 'h');
     QQuickItem *field = find(QStringLiteral("Folder path"));
@@ -205,14 +173,6 @@ void SheetsTest::choosesATypedFolder() {
     QTRY_VERIFY(answer.isFinished());
     QCOMPARE(answer.result()->path(), directory.filePath(QStringLiteral("Holiday/Beach")));
     QVERIFY(!m_chooser->active());
-}
-
-void SheetsTest::cancelsTheChooser() {
-    const auto answer = m_chooser->choose(QStringLiteral("Open a folder in Mosa"), QStringLiteral("Open"));
-    QVERIFY(find(QStringLiteral("New Folder")) == nullptr);
-    QTest::keyClick(m_view.get(), Qt::Key_Escape);
-    QVERIFY(answer.isFinished());
-    QVERIFY(!answer.result());
 }
 
 void SheetsTest::makesAFolderToCopyInto() {
@@ -230,28 +190,6 @@ void SheetsTest::makesAFolderToCopyInto() {
     QCOMPARE(answer.result()->path(), directory.filePath(QStringLiteral("x")));
 }
 
-void SheetsTest::arranges() {
-    AppState &state = *m_fixture->state;
-    state.setArrangeOpen(true);
-    QQuickItem *list = find(QStringLiteral("Videos"));
-    QVERIFY(list != nullptr);
-    grab("arrange");
-    QQuickItem *first = find(QStringLiteral("v0.mp4"), list);
-    QQuickItem *second = find(QStringLiteral("v1.mp4"), list);
-    QVERIFY(!find(QStringLiteral("Move Up"), first)->isEnabled());
-    const QQuickItem *down = find(QStringLiteral("Move Down"), first);
-    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, down->mapToScene(QPointF(14, 13)).toPoint());
-    QCOMPARE(state.videos()[1].id(), QStringLiteral("/f/v0.mp4"));
-    // The rows are the same items as before, in other places.
-    QTRY_VERIFY(first->y() > second->y());
-    QCOMPARE(find(QStringLiteral("v0.mp4"), list), first);
-    click(QStringLiteral("Reset"));
-    QCOMPARE(state.videos()[0].id(), QStringLiteral("/f/v0.mp4"));
-    QTest::keyClick(m_view.get(), Qt::Key_Return);
-    QVERIFY(!state.arrangeOpen());
-    QVERIFY(find(QStringLiteral("Videos")) == nullptr);
-}
-
 void SheetsTest::arrangesByDragging() {
     AppState &state = *m_fixture->state;
     state.setArrangeOpen(true);
@@ -265,7 +203,6 @@ void SheetsTest::arrangesByDragging() {
         QTest::qWait(1);
     }
     QTest::mouseMove(m_view.get(), from + QPoint(0, 3 * 34 + 4));
-    grab("arrange-drag");
     QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, from + QPoint(0, 3 * 34 + 4));
     QTRY_COMPARE(state.videos()[5].id(), QStringLiteral("/f/v2.mp4"));
     QCOMPARE(state.page(), 0);

@@ -75,19 +75,6 @@ private Q_SLOTS:
         QFETCH(QList<Screen>, screens);
         QTEST(kept.placed(screens, minimum), "frame");
     }
-
-    void centres_data() {
-        QTest::addColumn<QRect>("screen");
-        QTest::addColumn<QRect>("frame");
-        QTest::newRow("room enough") << QRect(0, 0, 1920, 1040) << QRect(240, 70, 1440, 900);
-        QTest::newRow("small screen") << QRect(0, 24, 1280, 744) << QRect(0, 24, 1280, 744);
-        QTest::newRow("smaller than the smallest") << QRect(0, 0, 800, 600) << QRect(0, 0, 920, 620);
-    }
-
-    void centres() {
-        QFETCH(QRect, screen);
-        QTEST(WindowFrame::centred({1440, 900}, screen, minimum), "frame");
-    }
 };
 
 QTEST_GUILESS_MAIN(WindowFrameTest)
