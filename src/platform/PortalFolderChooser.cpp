@@ -49,8 +49,8 @@ PortalFolderChooser::PortalFolderChooser(QDBusConnection bus, ParentWindow paren
         setAvailable(!reply.isError() && reply.value().toUInt() >= 3);
     });
     // A portal that dies never answers.
-    const auto *portal =
-        new QDBusServiceWatcher(portalService, m_bus, QDBusServiceWatcher::WatchForUnregistration, this);
+    const auto *portal = new QDBusServiceWatcher(DesktopPortal::service(), m_bus,
+                                                 QDBusServiceWatcher::WatchForUnregistration, this);
     connect(portal, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
         for (const QString &path : m_requests.keys()) {
             refuse(path);
