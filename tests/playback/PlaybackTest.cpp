@@ -2,12 +2,10 @@
 #include "MPVPlayerController.h"
 #include "MPVVideoSurface.h"
 #include "MediaMaker.h"
+#include "ProcessUsage.h"
 
-#include <QDir>
 #include <QGuiApplication>
-#include <QOffscreenSurface>
 #include <QOpenGLContext>
-#include <QOpenGLFunctions>
 #include <QQuickView>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -29,30 +27,6 @@ bool isBlack(const QColor &color) {
 
 QColor middle(const QImage &image) {
     return image.pixelColor(image.width() / 2, image.height() / 2);
-}
-
-int threadCount() {
-    return int(QDir(QStringLiteral("/proc/self/task")).count());
-}
-
-int descriptorCount() {
-    return int(QDir(QStringLiteral("/proc/self/fd")).count());
-}
-
-int textureCount() {
-    QOffscreenSurface surface;
-    surface.create();
-    QOpenGLContext context;
-    context.setShareContext(QOpenGLContext::globalShareContext());
-    if (!context.create() || !context.makeCurrent(&surface)) {
-        return -1;
-    }
-    int count = 0;
-    for (unsigned name = 1; name < 20'000; ++name) {
-        count += context.functions()->glIsTexture(name) ? 1 : 0;
-    }
-    context.doneCurrent();
-    return count;
 }
 
 } // namespace
@@ -311,15 +285,16 @@ void PlaybackTest::leavesNothingBehind() {
         shown(); // the scene lets go of textures while it draws
     };
     sweep(8);
-    const int threads = threadCount();
-    const int descriptors = descriptorCount();
-    const int textures = textureCount();
+    const int threads = ProcessUsage::threads();
+    const int descriptors = ProcessUsage::descriptors();
+    const int textures = ProcessUsage::textures();
     QVERIFY(textures >= 0);
     sweep(24);
-    QCOMPARE(textureCount(), textures);
-    QVERIFY2(threadCount() <= threads + 1, qPrintable(QString::number(threadCount() - threads)));
-    QVERIFY2(descriptorCount() <= descriptors + 2,
-             qPrintable(QString::number(descriptorCount() - descriptors)));
+    QCOMPARE(ProcessUsage::textures(), textures);
+    QVERIFY2(ProcessUsage::threads() <= threads + 1,
+             qPrintable(QString::number(ProcessUsage::threads() - threads)));
+    QVERIFY2(ProcessUsage::descriptors() <= descriptors + 2,
+             qPrintable(QString::number(ProcessUsage::descriptors() - descriptors)));
 }
 
 int main(int argc, char *argv[]) {
