@@ -104,12 +104,13 @@ FullPhotoImage::FullPhotoImage(QQuickItem *parent) : QQuickItem(parent) {
         refresh();
     });
     connect(&m_tileWork, &QFutureWatcherBase::finished, this, [this] {
-        if (!m_tileWork.isCanceled() && m_tileWork.future().resultCount() > 0 &&
-            m_wanted.contains(m_tileInWork)) {
-            m_ready.insert(m_tileInWork, m_tileWork.result());
-            update();
+        const std::optional<Tile> tile = std::exchange(m_tileInWork, std::nullopt);
+        if (tile && m_wanted.contains(*tile)) {
+            m_ready.insert(*tile, m_tileWork.result());
         }
         makeNextTile();
+        // Also without a new tile: those of another zoom may have waited for this.
+        update();
     });
 }
 
@@ -125,6 +126,7 @@ void FullPhotoImage::reset() {
     m_wanted.clear();
     m_missing.clear();
     m_ready.clear();
+    m_tileInWork.reset();
     m_fitted = {};
     m_fittedStale = true;
     discard(std::exchange(m_photo, {}));
@@ -168,8 +170,7 @@ void FullPhotoImage::setOffset(QPointF offset) {
 }
 
 bool FullPhotoImage::isSharp() const {
-    return isLoaded() && m_missing.isEmpty() && m_ready.isEmpty() && !m_tileWork.isRunning() &&
-           !m_fitting.isRunning();
+    return isLoaded() && m_missing.isEmpty() && m_ready.isEmpty() && !m_tileInWork && !m_fitting.isRunning();
 }
 
 QRectF FullPhotoImage::photoRect() const {
@@ -215,18 +216,21 @@ void FullPhotoImage::chooseTiles() {
     }
     m_wanted = {visible.cbegin(), visible.cend()};
     m_ready.removeIf([this](const auto &entry) { return !m_wanted.contains(entry.key()); });
-    visible.removeIf([this](const Tile &tile) { return m_drawn.contains(tile) || m_ready.contains(tile); });
+    visible.removeIf([this](const Tile &tile) {
+        return m_drawn.contains(tile) || m_ready.contains(tile) || tile == m_tileInWork;
+    });
     m_missing = visible;
     makeNextTile();
 }
 
 void FullPhotoImage::makeNextTile() {
-    if (m_missing.isEmpty() || m_tileWork.isRunning()) {
+    if (m_missing.isEmpty() || m_tileInWork) {
         return;
     }
-    m_tileInWork = m_missing.takeFirst();
-    const QRect part = PhotoTiling::sourceRect(m_tileInWork, m_photo.size());
-    const int level = m_tileInWork.level;
+    const Tile tile = m_missing.takeFirst();
+    m_tileInWork = tile;
+    const QRect part = PhotoTiling::sourceRect(tile, m_photo.size());
+    const int level = tile.level;
     m_tileWork.setFuture(
         BackgroundTask::run<QImage>([photo = m_photo, part, level](QPromise<QImage> &promise) {
             const QSize pixels(std::max(1, part.width() >> level), std::max(1, part.height() >> level));

@@ -10,6 +10,8 @@
 #include <QSet>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
+
 /// One photo, fitted to the item, magnified about the item's middle and moved. Sharp at every zoom.
 ///
 /// The file is decoded in the background. The fitted picture is one texture of the screen's own resolution;
@@ -85,7 +87,7 @@ private:
     QSet<PhotoTiling::Tile> m_wanted;
     QList<PhotoTiling::Tile> m_missing;
     QHash<PhotoTiling::Tile, QImage> m_ready;
-    PhotoTiling::Tile m_tileInWork;
+    std::optional<PhotoTiling::Tile> m_tileInWork;
     QFutureWatcher<QImage> m_tileWork;
     /// Those that the scene graph holds.
     QSet<PhotoTiling::Tile> m_drawn;

@@ -244,13 +244,17 @@ void PictureItemsTest::photoIsFittedAndMoved() {
 void PictureItemsTest::photoIsSharpWhenMagnified() {
     QImage picture(3000, 2000, QImage::Format_RGB32);
     picture.fill(Qt::darkGreen);
-    QPainter(&picture).fillRect(1500, 1000, 2, 2, Qt::white);
+    QPainter painter(&picture);
+    painter.fillRect(1500, 1000, 2, 2, Qt::white);
+    painter.fillRect(1600, 0, 100, 2000, Qt::blue);
+    painter.end();
     const QString path = m_folder.filePath(QStringLiteral("dot.png"));
     QVERIFY(picture.save(path));
     auto *view = add<FullPhotoImage>("FullPhotoImage", {0, 0, 300, 300});
     view->setUrl(FileURL::fromPath(path));
     QTRY_VERIFY_WITH_TIMEOUT(view->isSharp(), 30'000);
-    QVERIFY(grab().pixelColor(150, 150).red() < 60);
+    const QImage fitted = grab();
+    QVERIFY(fitted.pixelColor(150, 150).red() < 60);
     view->setZoom(8);
     // Frames hand over what is ready.
     QTRY_VERIFY_WITH_TIMEOUT((grab(), view->isSharp()), 30'000);
@@ -263,6 +267,13 @@ void PictureItemsTest::photoIsSharpWhenMagnified() {
     }
     QVERIFY2(brightest > 150, QByteArray::number(brightest));
     QCOMPARE(screen.pixelColor(40, 40), QColor(Qt::darkGreen));
+    // Moved while its first tile is being made, and back again: nothing is left behind.
+    view->setZoom(4);
+    view->setOffset({5, 0});
+    QTRY_VERIFY_WITH_TIMEOUT((grab(), view->isSharp()), 30'000);
+    view->setOffset({0, 0});
+    view->setZoom(1);
+    QTRY_COMPARE_WITH_TIMEOUT(grab(), fitted, 30'000);
 }
 
 void PictureItemsTest::photoThatCannotBeRead() {
