@@ -33,7 +33,7 @@ MosaMenu {
             enabled: command.enabled
             text: command.title
             shortcutText: command.shortcutText
-            onTriggered: command.trigger()
+            onChosen: command.trigger()
         }
     }
     Component {

@@ -37,6 +37,7 @@ Item {
         state: root.state
         host: root.host
         keysSuspended: root.questioned
+        enabled: !sheets.covering
     }
 
     SheetHost {

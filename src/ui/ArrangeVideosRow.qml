@@ -102,6 +102,7 @@ Item {
         symbol: "chevron.up"
         symbolSize: 12
         focusPolicy: Qt.NoFocus
+        takesFocus: false
         enabled: row.position > 0
         toolTip: qsTr("Move Up")
         onClicked: row.up()
@@ -117,6 +118,7 @@ Item {
         symbol: "chevron.down"
         symbolSize: 12
         focusPolicy: Qt.NoFocus
+        takesFocus: false
         enabled: row.position < row.count - 1
         toolTip: qsTr("Move Down")
         onClicked: row.down()

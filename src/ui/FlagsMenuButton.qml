@@ -81,18 +81,18 @@ MosaButtonBase {
         MosaMenuItem {
             text: qsTr("Copy Flagged…")
             enabled: button.any
-            onTriggered: button.state.copyFlagged()
+            onChosen: button.state.copyFlagged()
         }
         MosaMenuItem {
             text: qsTr("Move Flagged…")
             enabled: button.any
-            onTriggered: button.state.moveFlagged()
+            onChosen: button.state.moveFlagged()
         }
         MosaMenuItem {
             text: qsTr("Move Flagged to Trash…")
             enabled: button.any
             destructive: true
-            onTriggered: button.state.trashFlagged()
+            onChosen: button.state.trashFlagged()
         }
     }
 }

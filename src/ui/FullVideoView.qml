@@ -13,6 +13,15 @@ Item {
     required property AppState state
 
     readonly property MPVPlayerController controller: player.controller
+    /// In percent of the height from the top: subtitles end above the control bar.
+    readonly property int subtitleEnd: height > bar.height ? Math.floor(100 * (height - bar.height) / height) : 100
+
+    function placeSubtitles(): void {
+        controller?.setProperty("sub-pos", String(subtitleEnd));
+    }
+
+    onSubtitleEndChanged: placeSubtitles()
+    onControllerChanged: placeSubtitles()
 
     FullVideoPlayer {
         id: player
@@ -35,6 +44,8 @@ Item {
     }
 
     Rectangle {
+        id: bar
+
         anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
         height: controls.implicitHeight + 24
         color: MosaLook.ultraThinMaterial

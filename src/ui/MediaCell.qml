@@ -69,7 +69,11 @@ FocusScope {
         Accessible.name: (cell.isVideo ? qsTr("Play preview: %1") : qsTr("Open photo: %1")).arg(cell.item.url.lastPathComponent)
         Accessible.description: !cell.isVideo ? "" : preview.controller !== null ? qsTr("Preview active") : qsTr("Preview stopped")
         Accessible.focusable: true
-        Accessible.onPressAction: preview.clicked()
+        // A screen reader's way in; its focus going elsewhere is the way out.
+        Accessible.onPressAction: {
+            hitArea.forceActiveFocus(Qt.OtherFocusReason);
+            preview.clicked();
+        }
 
         Keys.onReturnPressed: preview.doubleClicked()
         Keys.onEnterPressed: preview.doubleClicked()

@@ -14,6 +14,15 @@ T.Button {
     property color fill: "transparent"
     property color pressedFill: fill
     property real cornerRadius: 6
+    /// Has the focus after a screen reader pressed it, for it to come back to when a sheet ends that it opened.
+    property bool takesFocus: true
+
+    /// As a screen reader does it.
+    function press(): void {
+        if (takesFocus)
+            forceActiveFocus(Qt.OtherFocusReason);
+        clicked();
+    }
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
@@ -25,7 +34,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text !== "" ? text : toolTip
     Accessible.ignored: !visible
-    Accessible.onPressAction: if (button.enabled) button.clicked()
+    Accessible.onPressAction: if (button.enabled) button.press()
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()

@@ -12,6 +12,11 @@ T.MenuItem {
     /// The shortcut's text, shown after the entry's.
     property string shortcutText
 
+    /// Follows triggered once the menu has closed: what opens now finds the focus where it was before the menu, and
+    /// gives it back there.
+    signal chosen
+    onTriggered: Qt.callLater(chosen)
+
     readonly property bool leavesRoomForMark: {
         const siblings = item.menu;
         for (let i = 0; siblings && i < siblings.count; ++i) {

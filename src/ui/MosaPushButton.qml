@@ -8,6 +8,9 @@ MosaButtonBase {
     property bool isDefault: false
     property bool destructive: false
 
+    // Return goes on meaning the default button.
+    takesFocus: false
+
     implicitHeight: 28
     implicitWidth: Math.max(72, implicitContentWidth + leftPadding + rightPadding)
     horizontalPadding: 14
