@@ -17,6 +17,7 @@ HARMLESS = re.compile("|".join([
     r"ALSA lib|pulse|pipewire|PipeWire|\bpw\.|\[ao",
     r"Cannot load libcuda|VDPAU|libva",
     r"dbind-WARNING",
+    r"^Format \w+ chosen by get_format\(\)",  # a player that ends while another one logs
 ]))
 
 
