@@ -1,5 +1,6 @@
 // The items that draw pictures, on Qt Quick's software renderer.
 
+#include "AppState.h"
 #include "FullPhotoImage.h"
 #include "MediaMaker.h"
 #include "PhotoTiling.h"
@@ -7,6 +8,7 @@
 #include "ThumbnailService.h"
 
 #include <QPainter>
+#include <QPointingDevice>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -14,6 +16,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtQml/QQmlExtensionPlugin>
+
+#include <cmath>
+#include <memory>
 
 Q_IMPORT_QML_PLUGIN(Mosa_StatePlugin)
 Q_IMPORT_QML_PLUGIN(Mosa_PlaybackPlugin)
@@ -42,6 +47,7 @@ private Q_SLOTS:
     void mediaThumbnailShowsPlaceholderThenPicture();
     void photoIsFittedAndMoved();
     void photoIsSharpWhenMagnified();
+    void photoIsPinched();
     void photoThatCannotBeRead();
     void photoIsReplaced();
 
@@ -274,6 +280,38 @@ void PictureItemsTest::photoIsSharpWhenMagnified() {
     view->setOffset({0, 0});
     view->setZoom(1);
     QTRY_COMPARE_WITH_TIMEOUT(grab(), fitted, 30'000);
+}
+
+void PictureItemsTest::photoIsPinched() {
+    AppState state{AppState::Services{}};
+    const MediaFile file = photo("pinched.png", {640, 480});
+    const std::unique_ptr<QQuickItem> view(
+        add<QQuickItem>("FullPhotoView", {0, 0, 300, 300},
+                        {{QStringLiteral("item"), QVariant::fromValue(file)},
+                         {QStringLiteral("state"), QVariant::fromValue(&state)}}));
+    const auto *image = view->findChild<FullPhotoImage *>();
+    QTRY_VERIFY_WITH_TIMEOUT(image->isLoaded(), 30'000);
+    QPointingDevice touchpad(QStringLiteral("touchpad"), 7, QInputDevice::DeviceType::TouchPad,
+                             QPointingDevice::PointerType::Finger, QInputDevice::Capability::Position, 4, 0);
+    const auto gesture = [&](Qt::NativeGestureType type, double value) {
+        const QPointF middle(150, 150);
+        QNativeGestureEvent event(type, &touchpad, 2, middle, middle, middle, value, {});
+        QCoreApplication::sendEvent(m_window.get(), &event);
+    };
+    const auto pinch = [&](double by) {
+        gesture(Qt::BeginNativeGesture, 0);
+        for (int i = 0; i < 2; ++i) {
+            gesture(Qt::ZoomNativeGesture, std::sqrt(by) - 1);
+        }
+        gesture(Qt::EndNativeGesture, 0);
+        return image->zoom();
+    };
+    QCOMPARE(pinch(2), 2.0);
+    // From where the first ended, and never beyond the limits.
+    QCOMPARE(pinch(1.5), 3.0);
+    QCOMPARE(pinch(10), 8.0);
+    QCOMPARE(pinch(0.5), 4.0);
+    QCOMPARE(pinch(0.01), 1.0);
 }
 
 void PictureItemsTest::photoThatCannotBeRead() {
