@@ -3,15 +3,33 @@
 #include <mpv/client.h>
 #include <mpv/render.h>
 
+#include <thread>
+
+#include <sys/resource.h>
+
 namespace {
 
 const MPVFunctions *replacement = nullptr;
+
+/// Steps of the scheduler's niceness, each about a tenth of the processor.
+constexpr int politeness = 5;
+
+/// The player's threads, which decode, go after the one that answers the user: they have the priority of the
+/// thread that makes the player. That one cannot be this one, which would not get its own priority back.
+mpv_handle *createPolite() {
+    mpv_handle *made = nullptr;
+    std::thread([&made] {
+        ::setpriority(PRIO_PROCESS, 0, politeness);
+        made = mpv_create();
+    }).join();
+    return made;
+}
 
 } // namespace
 
 const MPVFunctions &MPVFunctions::real() {
     static const MPVFunctions functions{
-        .create = mpv_create,
+        .create = createPolite,
         .setOptionString = mpv_set_option_string,
         .initialize = mpv_initialize,
         .setPropertyString = mpv_set_property_string,

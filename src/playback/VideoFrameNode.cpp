@@ -3,6 +3,8 @@
 #include <QQuickWindow>
 #include <QSGTexture>
 
+#include <cmath>
+
 VideoFrameNode::VideoFrameNode(QQuickWindow *window)
     : m_window(window), m_background(window->createRectangleNode()),
       m_picture(std::make_unique<QSGSimpleTextureNode>()) {
@@ -10,9 +12,7 @@ VideoFrameNode::VideoFrameNode(QQuickWindow *window)
     m_background->setColor(Qt::black);
     m_background->setFlag(QSGNode::OwnedByParent, false);
     m_picture->setFlag(QSGNode::OwnedByParent, false);
-    m_picture->setFiltering(QSGTexture::Linear);
     m_picture->setOwnsTexture(true);
-    appendChildNode(m_background.get());
 }
 
 void VideoFrameNode::showTexture(const std::shared_ptr<const VideoTexture> &texture, const QRectF &bounds) {
@@ -40,12 +40,36 @@ void VideoFrameNode::preprocess() {
 }
 
 void VideoFrameNode::show(const QSize &frame, const QRectF &bounds) {
+    const QRectF place = placeOf(frame, bounds);
+    setShown(*m_background, !place.contains(bounds));
     m_background->setRect(bounds);
+    m_picture->setRect(place);
+    m_picture->markDirty(QSGNode::DirtyMaterial);
+    setShown(*m_picture, true);
+}
+
+/// A frame made for these bounds, down to whole pixels, is shown pixel by pixel: sharper at fractional
+/// scales, and without a graphics processor a good part of the window's drawing less, as is the background
+/// where it is not seen.
+QRectF VideoFrameNode::placeOf(const QSize &frame, const QRectF &bounds) {
+    const double ratio = m_window->effectiveDevicePixelRatio();
+    const QSizeF natural = QSizeF(frame) / ratio;
+    const QSizeF rest = (bounds.size() - natural) * ratio;
+    const bool exact = std::abs(rest.width()) < 1 && std::abs(rest.height()) < 1;
+    m_picture->setFiltering(exact ? QSGTexture::Nearest : QSGTexture::Linear);
+    if (exact) {
+        return {bounds.topLeft(), natural};
+    }
     QRectF fitted(QPointF(), QSizeF(frame).scaled(bounds.size(), Qt::KeepAspectRatio));
     fitted.moveCenter(bounds.center());
-    m_picture->setRect(fitted);
-    m_picture->markDirty(QSGNode::DirtyMaterial);
-    if (!m_picture->parent()) {
-        appendChildNode(m_picture.get());
+    return fitted;
+}
+
+void VideoFrameNode::setShown(QSGNode &node, bool shown) {
+    if (!shown && node.parent()) {
+        removeChildNode(&node);
+    } else if (shown && !node.parent()) {
+        // The background comes first.
+        &node == m_background.get() ? prependChildNode(&node) : appendChildNode(&node);
     }
 }
