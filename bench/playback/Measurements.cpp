@@ -118,12 +118,13 @@ void Measurements::stalls(QQuickWindow &window, const QByteArray &file) {
     gaps.start(&window);
     wait(seconds * 1000);
     gaps.stop();
-    print(QStringLiteral("stalls while playing: %1 % of the time in gaps over 8 ms, worst %2 ms; %3 % without "
-                         "the window's drawing, worst %4 ms")
-              .arg(gaps.figures().share() * 100, 0, 'f', 2)
-              .arg(gaps.figures().longest, 0, 'f', 1)
-              .arg(gaps.withoutDrawing().share() * 100, 0, 'f', 2)
-              .arg(gaps.withoutDrawing().longest, 0, 'f', 1));
+    print(
+        QStringLiteral("stalls while playing: %1 % of the time in gaps over 8 ms, worst %2 ms; %3 % without "
+                       "the window's drawing, worst %4 ms")
+            .arg(gaps.figures().share() * 100, 0, 'f', 2)
+            .arg(gaps.figures().longest, 0, 'f', 1)
+            .arg(gaps.withoutDrawing().share() * 100, 0, 'f', 2)
+            .arg(gaps.withoutDrawing().longest, 0, 'f', 1));
 }
 
 void Measurements::startsAndEnds(QQuickWindow &window, const QByteArray &file) {

@@ -7,6 +7,7 @@
 // process of its own, which this program starts again as "bench_session WHAT FOLDER".
 
 #include "AppState.h"
+#include "HeapPolicy.h"
 #include "MainThreadGaps.h"
 #include "MediaPager.h"
 #include "PageReference.h"
@@ -270,6 +271,7 @@ int compareAll(const FileURL &storage, int rounds) {
 } // namespace
 
 int main(int argc, char *argv[]) {
+    HeapPolicy::returnLargeBlocks();
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QCoreApplication::setApplicationName(QStringLiteral("Mosa"));
     QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);

@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "HeapPolicy.h"
 #include "MessageBuses.h"
 #include "MosaApp.h"
 #include "TerminationSignals.h"
@@ -67,6 +68,7 @@ int main(int argc, char *argv[]) {
     if (commandLine.action != CommandLine::Action::Run) {
         return answer(commandLine);
     }
+    HeapPolicy::returnLargeBlocks();
     MessageBuses::avoidStuckOnes(300ms);
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QCoreApplication::setApplicationName(QStringLiteral("Mosa"));

@@ -84,8 +84,8 @@ void MPVPlayerController::setOptions() {
     setOption("sub-file-paths", "sub:subs:subtitles");
 }
 
-/// A preview decodes in software. Still the renderer would look for all that it could take decoded frames from,
-/// open the drivers, and write to the console which of them are not there.
+/// A preview decodes in software. Still the renderer would look for all that it could take decoded frames
+/// from, open the drivers, and write to the console which of them are not there.
 void MPVPlayerController::leaveVideoHardwareAlone() {
     if (m_preview) {
         setProperty(QStringLiteral("gpu-hwdec-interop"), QStringLiteral("no"));
