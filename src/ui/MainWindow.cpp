@@ -37,6 +37,7 @@ void MainWindow::open() {
 
 void MainWindow::toggleFullScreen() {
     const bool enter = !isFullScreen();
+    m_autosave.noteFrame();
     post(enter ? NotificationNames::windowWillEnterFullScreen : NotificationNames::windowWillExitFullScreen);
     // The flag alone: a maximised window is maximised again afterwards.
     setWindowStates((windowStates() ^ Qt::WindowFullScreen) & ~Qt::WindowMinimized);
@@ -46,6 +47,7 @@ void MainWindow::toggleMaximised() {
     if (isFullScreen()) {
         return;
     }
+    m_autosave.noteFrame();
     setWindowStates((windowStates() ^ Qt::WindowMaximized) & ~Qt::WindowMinimized);
 }
 

@@ -18,10 +18,11 @@ public:
     void restore(QSize firstSize);
     /// Writes the frame now. It is written by itself a moment after each change.
     void save();
-
-private:
+    /// Takes the frame as the one to come back to: for before the window is enlarged, perhaps right after a
+    /// change.
     void noteFrame();
 
+private:
     QWindow &m_window;
     Preferences *m_preferences;
     QString m_name;
