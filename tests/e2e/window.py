@@ -89,6 +89,8 @@ class Window(Scenario):
         self.assertEqual(wider, (x - 20, y, 940, 620))
         higher = drag(window, (x + 400, y + 2), (x + 400, y - 8))
         self.assertEqual(higher, (x - 20, y - 10, 940, 630))
+        # The program learns of it from the window manager, and may still be drawing.
+        wait_until(lambda: mosa.see("frame").rectangle == higher, "the program to know its frame")
 
         mosa.press(BUTTON, "Zoom")
         mosa.see(BUTTON, "Zoom", value="Maximised")
