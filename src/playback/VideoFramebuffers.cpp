@@ -1,44 +1,14 @@
 #include "VideoFramebuffers.h"
 
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
+#include "VideoContext.h"
+
 #include <QOpenGLFunctions>
 
 #include <algorithm>
 #include <cstring>
 #include <vector>
 
-namespace {
-
-QSurfaceFormat drawableFormat() {
-    QSurfaceFormat format;
-    format.setVersion(3, 2);
-    format.setProfile(QSurfaceFormat::CoreProfile);
-    format.setRedBufferSize(8);
-    format.setGreenBufferSize(8);
-    format.setBlueBufferSize(8);
-    format.setAlphaBufferSize(8);
-    format.setDepthBufferSize(0);
-    format.setStencilBufferSize(0);
-    return format;
-}
-
-} // namespace
-
-VideoFramebuffers::VideoFramebuffers() {
-    auto context = std::make_unique<QOpenGLContext>();
-    context->setFormat(drawableFormat());
-    context->setShareContext(QOpenGLContext::globalShareContext());
-    if (!context->create()) {
-        return;
-    }
-    m_surface = std::make_unique<QOffscreenSurface>();
-    m_surface->setFormat(context->format());
-    m_surface->create();
-    if (m_surface->isValid()) {
-        m_context = std::move(context);
-    }
-}
+VideoFramebuffers::VideoFramebuffers() : m_context(VideoContext::shared()) {}
 
 VideoFramebuffers::~VideoFramebuffers() {
     if (makeCurrent()) {
@@ -48,7 +18,7 @@ VideoFramebuffers::~VideoFramebuffers() {
 }
 
 bool VideoFramebuffers::makeCurrent() {
-    return m_context && m_context->makeCurrent(m_surface.get());
+    return m_context && m_context->makeCurrent();
 }
 
 void VideoFramebuffers::doneCurrent() {

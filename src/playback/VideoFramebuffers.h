@@ -8,11 +8,10 @@
 #include <array>
 #include <memory>
 
-class QOffscreenSurface;
-class QOpenGLContext;
+class VideoContext;
 
-/// A double-buffered drawable outside any window: an own OpenGL context (3.2 core, sharing with the windows'
-/// contexts), and two framebuffers whose textures the windows can show.
+/// A double-buffered drawable outside any window: two framebuffers of the videos' OpenGL context, whose
+/// textures the windows can show.
 ///
 /// Main thread. Where the desktop offers no OpenGL, isValid() is false and everything below does nothing.
 class VideoFramebuffers {
@@ -49,8 +48,7 @@ private:
     void allocate(Buffer &buffer, const QSize &size);
     void free(Buffer &buffer);
 
-    std::unique_ptr<QOffscreenSurface> m_surface;
-    std::unique_ptr<QOpenGLContext> m_context;
+    std::shared_ptr<VideoContext> m_context;
     std::array<Buffer, 2> m_buffers;
     int m_back = 0;
     bool m_swapped = false;
