@@ -13,6 +13,7 @@ VideoFrameNode::VideoFrameNode(QQuickWindow *window)
     m_background->setFlag(QSGNode::OwnedByParent, false);
     m_picture->setFlag(QSGNode::OwnedByParent, false);
     m_picture->setOwnsTexture(true);
+    appendChildNode(m_picture.get());
 }
 
 void VideoFrameNode::showTexture(const std::shared_ptr<const VideoTexture> &texture, const QRectF &bounds) {
@@ -41,11 +42,15 @@ void VideoFrameNode::preprocess() {
 
 void VideoFrameNode::show(const QSize &frame, const QRectF &bounds) {
     const QRectF place = placeOf(frame, bounds);
-    setShown(*m_background, !place.contains(bounds));
+    const bool covers = place.contains(bounds);
+    if (covers && m_background->parent()) {
+        removeChildNode(m_background.get());
+    } else if (!covers && !m_background->parent()) {
+        prependChildNode(m_background.get());
+    }
     m_background->setRect(bounds);
     m_picture->setRect(place);
     m_picture->markDirty(QSGNode::DirtyMaterial);
-    setShown(*m_picture, true);
 }
 
 /// A frame made for these bounds, down to whole pixels, is shown pixel by pixel: sharper at fractional
@@ -63,13 +68,4 @@ QRectF VideoFrameNode::placeOf(const QSize &frame, const QRectF &bounds) {
     QRectF fitted(QPointF(), QSizeF(frame).scaled(bounds.size(), Qt::KeepAspectRatio));
     fitted.moveCenter(bounds.center());
     return fitted;
-}
-
-void VideoFrameNode::setShown(QSGNode &node, bool shown) {
-    if (!shown && node.parent()) {
-        removeChildNode(&node);
-    } else if (shown && !node.parent()) {
-        // The background comes first.
-        &node == m_background.get() ? prependChildNode(&node) : appendChildNode(&node);
-    }
 }

@@ -27,7 +27,6 @@ public:
 private:
     void show(const QSize &frame, const QRectF &bounds);
     QRectF placeOf(const QSize &frame, const QRectF &bounds);
-    void setShown(QSGNode &node, bool shown);
 
     QQuickWindow *m_window;
     std::unique_ptr<QSGRectangleNode> m_background;

@@ -218,7 +218,7 @@ private:
     QList<FolderSnapshot> m_history;
     /// currentMedia() as of the last read; none after a change of what it is made of.
     mutable std::optional<QList<MediaFile>> m_currentMedia;
-    /// Changes with the lists, the flags and the removed videos.
+    /// Counts the changes of what currentMedia() is made of.
     quint64 m_revision = 0;
     /// Tells the answers of the latest opening from those of abandoned ones.
     quint64 m_opening = 0;
