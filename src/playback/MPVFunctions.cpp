@@ -37,6 +37,7 @@ const MPVFunctions &MPVFunctions::real() {
         .free = mpv_free,
         .command = mpv_command,
         .commandAsync = mpv_command_async,
+        .waitEvent = mpv_wait_event,
         .terminateDestroy = mpv_terminate_destroy,
         .getTimeUs = mpv_get_time_us,
         .renderContextCreate = mpv_render_context_create,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+struct mpv_event;
 struct mpv_handle;
 struct mpv_render_context;
 struct mpv_render_param;
@@ -20,6 +21,8 @@ struct MPVFunctions {
     int (*command)(mpv_handle *, const char **arguments);
     /// Returns at once; the reply is not read.
     int (*commandAsync)(mpv_handle *, uint64_t reply, const char **arguments);
+    /// The next of the player's events, within timeout seconds.
+    mpv_event *(*waitEvent)(mpv_handle *, double timeout);
     void (*terminateDestroy)(mpv_handle *);
     /// The clock that frames are due on, in microseconds.
     int64_t (*getTimeUs)(mpv_handle *);

@@ -23,9 +23,8 @@ constexpr milliseconds longestWait{100};
 /// How often the graphics card is asked whether it is through with a frame.
 constexpr milliseconds drawnInterval{1};
 
-/// A player that stops redraws once more, usually within a millisecond or two, and is quiet from then on.
-constexpr milliseconds quietTime{2};
-constexpr milliseconds longestEnd{15};
+/// The longest that a player is waited for to put away its output; usually it takes a few milliseconds.
+constexpr milliseconds longestEnd{30};
 
 bool onMainThread() {
     return QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread();
@@ -72,6 +71,21 @@ void MPVOpenGLView::setPresentsFramesThroughLayer(bool on) {
     if (m_layer) {
         m_layer->hidden = !on;
     }
+    handOver();
+}
+
+bool MPVOpenGLView::isEmpty() const {
+    return showsLayer() ? m_layer->contents.isNull() : m_buffers.front() == nullptr;
+}
+
+void MPVOpenGLView::handOver() {
+    if (isEmpty()) {
+        m_frames->clear();
+    } else if (showsLayer()) {
+        m_frames->put(m_layer->contents);
+    } else {
+        m_frames->put(m_buffers.front());
+    }
     Q_EMIT contentsChanged();
 }
 
@@ -103,8 +117,11 @@ int MPVOpenGLView::configureWithMPV(mpv_handle *player) {
 
 void MPVOpenGLView::consumeRenderUpdates() {
     m_noticePosted.clear();
-    if (m_renderContext &&
-        (m_functions.renderContextUpdate(m_renderContext) & MPV_RENDER_UPDATE_FRAME) != 0) {
+    if (!m_renderContext) {
+        return;
+    }
+    readEvents(); // unread, they would fill the player's queue
+    if (frameWaits()) {
         m_frameAnnounced = true;
         m_hasPendingVideoFrame = true;
         setNeedsDisplay();
@@ -165,7 +182,7 @@ void MPVOpenGLView::showWhenDrawn() {
         m_showTimer.start(drawnInterval);
         return;
     }
-    Q_EMIT contentsChanged();
+    handOver();
     if (std::exchange(m_drewNewFrame, false) && m_frameRenderedHandler) {
         m_frameRenderedHandler();
     }
@@ -175,6 +192,10 @@ void MPVOpenGLView::showWhenDrawn() {
 }
 
 void MPVOpenGLView::renderCurrentFrame() {
+    if (m_buffers.isBackShown()) {
+        // The window has not come to the newer frame yet, which is given up.
+        m_frames->clear();
+    }
     const int framebuffer = int(m_buffers.bindBack(m_backingSize));
     m_buffers.clearToBlack();
     if (!m_renderContext) {
@@ -247,7 +268,7 @@ void MPVOpenGLView::shutdownRenderContext() {
     m_hasPendingVideoFrame = false;
     m_drewNewFrame = false;
     m_drawsOnceShown = false;
-    Q_EMIT contentsChanged();
+    handOver();
 }
 
 /// Freeing the context ends the player's output thread, and that would wait for 200 ms for every frame that
@@ -257,14 +278,24 @@ void MPVOpenGLView::stopOutput() {
     const char *stop[] = {"stop", nullptr};
     // Not waited for: the player may itself be waiting for a frame of its output to be taken.
     m_functions.commandAsync(m_player, 0, stop);
-    QDeadlineTimer quiet(longestEnd);
     const QDeadlineTimer enough(longestEnd);
-    while (!quiet.hasExpired() && !enough.hasExpired()) {
+    for (readEvents(); m_hasFile && !enough.hasExpired(); readEvents()) {
         if (frameWaits()) {
             dropFrame();
-            quiet.setRemainingTime(quietTime);
         } else {
             std::this_thread::sleep_for(microseconds(100));
+        }
+    }
+}
+
+/// A player puts its output away before it tells that it is idle.
+void MPVOpenGLView::readEvents() {
+    for (const mpv_event *event = m_functions.waitEvent(m_player, 0); event->event_id != MPV_EVENT_NONE;
+         event = m_functions.waitEvent(m_player, 0)) {
+        if (event->event_id == MPV_EVENT_START_FILE) {
+            m_hasFile = true;
+        } else if (event->event_id == MPV_EVENT_IDLE) {
+            m_hasFile = false;
         }
     }
 }

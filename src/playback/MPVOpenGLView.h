@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MPVFunctions.h"
+#include "VideoFrameSlot.h"
 #include "VideoFramebuffers.h"
 
 #include <QImage>
@@ -17,9 +18,9 @@
 /// What the player draws its video into.
 ///
 /// The frames are drawn on the main thread, into buffers outside any window, when they are due: asked
-/// earlier, the player would hold the thread until then. A host (MPVVideoSurface) in a window shows either
-/// the frame's texture or, with presentsFramesThroughLayer, a picture of it that was read back from the
-/// graphics card.
+/// earlier, the player would hold the thread until then. A host (MPVVideoSurface) in a window shows what it
+/// finds in frames(): either the frame's texture or, with presentsFramesThroughLayer, a picture of it that
+/// was read back from the graphics card.
 ///
 /// Main thread only, except mosa_render_update. Not an item: it takes no pointer events.
 class MPVOpenGLView : public QObject {
@@ -43,6 +44,10 @@ public:
     const PictureLayer *videoFrameLayer() const { return m_layer ? &*m_layer : nullptr; }
     /// The newest frame, bottom row first; none before the first and after the end.
     std::shared_ptr<const VideoTexture> frame() const { return m_buffers.front(); }
+    /// Where the newest frame is fetched by the scene that shows it.
+    std::shared_ptr<const VideoFrameSlot> frames() const { return m_frames; }
+    /// Nothing is to be shown: before the first frame and after the end.
+    bool isEmpty() const;
 
     /// Called after every draw that showed a new frame.
     void setFrameRenderedHandler(std::function<void()> handler) {
@@ -68,7 +73,7 @@ public:
     QSize backingSize() const { return m_backingSize; }
 
 Q_SIGNALS:
-    /// There is something new to show, or nothing any more.
+    /// There is something new in frames(), or nothing any more.
     void contentsChanged();
     void hostChanged();
 
@@ -82,15 +87,21 @@ private:
     void showWhenDrawn();
     void presentCurrentFrame();
     void stopOutput();
+    void readEvents();
     bool frameWaits() const;
     void dropFrame();
+    void handOver();
+    bool showsLayer() const { return m_layer && !m_layer->hidden; }
 
     const MPVFunctions &m_functions;
     VideoFramebuffers m_buffers;
+    std::shared_ptr<VideoFrameSlot> m_frames = std::make_shared<VideoFrameSlot>();
     bool m_presentsFramesThroughLayer = false;
     std::optional<PictureLayer> m_layer;
     mpv_handle *m_player = nullptr;
     mpv_render_context *m_renderContext = nullptr;
+    /// The player has opened a file, and may have an output.
+    bool m_hasFile = false;
     bool m_hasPendingVideoFrame = false;
     bool m_frameAnnounced = false;
     /// Drawn, but not yet shown.

@@ -4,6 +4,8 @@
 #include "VideoFrameNode.h"
 
 #include <QQuickWindow>
+#include <QRunnable>
+#include <QThread>
 
 #include <cmath>
 
@@ -23,7 +25,7 @@ void MPVVideoSurface::setController(MPVPlayerController *controller) {
     m_controller = controller;
     m_view = controller ? controller->surface() : nullptr;
     if (m_view) {
-        connect(m_view, &MPVOpenGLView::contentsChanged, this, &QQuickItem::update);
+        connect(m_view, &MPVOpenGLView::contentsChanged, this, &MPVVideoSurface::showContents);
         connect(m_view, &MPVOpenGLView::hostChanged, this, &QQuickItem::update);
         m_view->setHost(this);
         updateBackingSize();
@@ -52,24 +54,29 @@ void MPVVideoSurface::itemChange(ItemChange change, const ItemChangeData &value)
 
 QSGNode *MPVVideoSurface::updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) {
     Q_UNUSED(data)
-    const MPVOpenGLView::PictureLayer *layer = hostsView() ? m_view->videoFrameLayer() : nullptr;
-    const bool throughLayer = layer && !layer->hidden;
-    const auto texture = hostsView() && !throughLayer ? m_view->frame() : nullptr;
-    const bool empty = throughLayer ? layer->contents.isNull() : texture == nullptr;
     auto *frame = static_cast<VideoFrameNode *>(node);
-    if (empty || boundingRect().isEmpty()) {
+    if (!hostsView() || m_view->isEmpty() || boundingRect().isEmpty()) {
         delete frame;
+        m_shownByOtherThread = false;
         return nullptr;
     }
     if (!frame) {
         frame = new VideoFrameNode(window());
     }
-    if (throughLayer) {
-        frame->showImage(layer->contents, boundingRect());
-    } else {
-        frame->showTexture(texture, boundingRect());
-    }
+    frame->showFramesOf(m_view->frames(), boundingRect());
+    m_shownByOtherThread = QThread::currentThread() != thread();
     return frame;
+}
+
+void MPVVideoSurface::showContents() {
+    if (!m_shownByOtherThread || m_view->isEmpty() || !window()) {
+        update();
+        return;
+    }
+    // The scene fetches the frame. A change of the scene would hold the main thread until the window has been
+    // drawn with the frame before.
+    window()->scheduleRenderJob(QRunnable::create([window = window()] { window->update(); }),
+                                QQuickWindow::NoStage);
 }
 
 bool MPVVideoSurface::hostsView() const {

@@ -36,10 +36,13 @@ protected:
     QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
 
 private:
+    void showContents();
     bool hostsView() const;
     void detach();
     void updateBackingSize();
 
     QPointer<MPVPlayerController> m_controller;
     QPointer<MPVOpenGLView> m_view;
+    /// The scene shows the view, and is drawn in a thread of its own.
+    bool m_shownByOtherThread = false;
 };

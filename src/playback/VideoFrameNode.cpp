@@ -4,6 +4,7 @@
 #include <QSGTexture>
 
 #include <cmath>
+#include <utility>
 
 VideoFrameNode::VideoFrameNode(QQuickWindow *window)
     : m_window(window), m_background(window->createRectangleNode()),
@@ -13,42 +14,55 @@ VideoFrameNode::VideoFrameNode(QQuickWindow *window)
     m_background->setFlag(QSGNode::OwnedByParent, false);
     m_picture->setFlag(QSGNode::OwnedByParent, false);
     m_picture->setOwnsTexture(true);
-    appendChildNode(m_picture.get());
 }
 
-void VideoFrameNode::showTexture(const std::shared_ptr<const VideoTexture> &texture, const QRectF &bounds) {
-    if (m_texture != texture) {
-        m_picture->setTexture(
-            QNativeInterface::QSGOpenGLTexture::fromNative(texture->id(), m_window, texture->size()));
-        m_picture->setTextureCoordinatesTransform(QSGSimpleTextureNode::MirrorVertically);
-        m_texture = texture;
-    }
-    show(texture->size(), bounds);
-}
-
-void VideoFrameNode::showImage(const QImage &image, const QRectF &bounds) {
-    if (m_imageKey != image.cacheKey()) {
-        m_picture->setTexture(m_window->createTextureFromImage(image, QQuickWindow::TextureIsOpaque));
-        m_imageKey = image.cacheKey();
-    }
-    show(image.size(), bounds);
+void VideoFrameNode::showFramesOf(const std::shared_ptr<const VideoFrameSlot> &slot, const QRectF &bounds) {
+    m_slot = slot;
+    m_bounds = bounds;
+    fetchFrame();
+    place();
 }
 
 void VideoFrameNode::preprocess() {
-    if (m_texture) {
-        m_texture->waitUntilDrawn();
+    fetchFrame();
+    if (m_frame.texture) {
+        m_frame.texture->waitUntilDrawn();
     }
 }
 
-void VideoFrameNode::show(const QSize &frame, const QRectF &bounds) {
-    const QRectF place = placeOf(frame, bounds);
-    const bool covers = place.contains(bounds);
+void VideoFrameNode::fetchFrame() {
+    VideoFrameSlot::Frame newest = m_slot->newest();
+    if (newest.number == m_frame.number || (!newest.texture && newest.picture.isNull())) {
+        return;
+    }
+    if (!newest.texture) {
+        m_picture->setTexture(
+            m_window->createTextureFromImage(newest.picture, QQuickWindow::TextureIsOpaque));
+        m_picture->setTextureCoordinatesTransform(QSGSimpleTextureNode::NoTransform);
+    } else if (newest.texture != m_frame.texture) {
+        m_picture->setTexture(QNativeInterface::QSGOpenGLTexture::fromNative(newest.texture->id(), m_window,
+                                                                             newest.texture->size()));
+        m_picture->setTextureCoordinatesTransform(QSGSimpleTextureNode::MirrorVertically);
+    }
+    m_frame = std::move(newest);
+    if (!m_picture->parent()) {
+        appendChildNode(m_picture.get());
+    }
+    place();
+}
+
+void VideoFrameNode::place() {
+    if (!m_picture->parent()) {
+        return;
+    }
+    const QRectF place = placeOfFrame();
+    const bool covers = place.contains(m_bounds);
     if (covers && m_background->parent()) {
         removeChildNode(m_background.get());
     } else if (!covers && !m_background->parent()) {
         prependChildNode(m_background.get());
     }
-    m_background->setRect(bounds);
+    m_background->setRect(m_bounds);
     m_picture->setRect(place);
     m_picture->markDirty(QSGNode::DirtyMaterial);
 }
@@ -56,16 +70,17 @@ void VideoFrameNode::show(const QSize &frame, const QRectF &bounds) {
 /// A frame made for these bounds, down to whole pixels, is shown pixel by pixel: sharper at fractional
 /// scales, and without a graphics processor a good part of the window's drawing less, as is the background
 /// where it is not seen.
-QRectF VideoFrameNode::placeOf(const QSize &frame, const QRectF &bounds) {
+QRectF VideoFrameNode::placeOfFrame() {
+    const QSize frame = m_frame.texture ? m_frame.texture->size() : m_frame.picture.size();
     const double ratio = m_window->effectiveDevicePixelRatio();
     const QSizeF natural = QSizeF(frame) / ratio;
-    const QSizeF rest = (bounds.size() - natural) * ratio;
+    const QSizeF rest = (m_bounds.size() - natural) * ratio;
     const bool exact = std::abs(rest.width()) < 1 && std::abs(rest.height()) < 1;
     m_picture->setFiltering(exact ? QSGTexture::Nearest : QSGTexture::Linear);
     if (exact) {
-        return {bounds.topLeft(), natural};
+        return {m_bounds.topLeft(), natural};
     }
-    QRectF fitted(QPointF(), QSizeF(frame).scaled(bounds.size(), Qt::KeepAspectRatio));
-    fitted.moveCenter(bounds.center());
+    QRectF fitted(QPointF(), QSizeF(frame).scaled(m_bounds.size(), Qt::KeepAspectRatio));
+    fitted.moveCenter(m_bounds.center());
     return fitted;
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "VideoTexture.h"
+#include "VideoFrameSlot.h"
 
-#include <QImage>
 #include <QSGRectangleNode>
 #include <QSGSimpleTextureNode>
 
@@ -10,27 +9,29 @@
 
 class QQuickWindow;
 
-/// A video frame in the scene graph, fitted into a rectangle with its aspect ratio kept, on black.
+/// The newest frame of a video in the scene graph, fitted into a rectangle with its aspect ratio kept, on
+/// black. It fetches each frame by itself when the window is drawn anew.
 ///
-/// Render thread, while the main thread waits.
+/// Render thread.
 class VideoFrameNode : public QSGNode {
 public:
     explicit VideoFrameNode(QQuickWindow *window);
 
-    /// Keeps the texture alive for as long as it is shown. Its rows come bottom first.
-    void showTexture(const std::shared_ptr<const VideoTexture> &texture, const QRectF &bounds);
-    void showImage(const QImage &image, const QRectF &bounds);
+    /// While the main thread waits.
+    void showFramesOf(const std::shared_ptr<const VideoFrameSlot> &slot, const QRectF &bounds);
 
-    /// As late as possible: the main thread goes on by now.
     void preprocess() override;
 
 private:
-    void show(const QSize &frame, const QRectF &bounds);
-    QRectF placeOf(const QSize &frame, const QRectF &bounds);
+    void fetchFrame();
+    void place();
+    QRectF placeOfFrame();
 
     QQuickWindow *m_window;
+    std::shared_ptr<const VideoFrameSlot> m_slot;
+    QRectF m_bounds;
+    /// What is shown. A texture is kept alive for as long as it is, its rows bottom first.
+    VideoFrameSlot::Frame m_frame;
     std::unique_ptr<QSGRectangleNode> m_background;
-    std::shared_ptr<const VideoTexture> m_texture;
-    qint64 m_imageKey = 0;
     std::unique_ptr<QSGSimpleTextureNode> m_picture;
 };

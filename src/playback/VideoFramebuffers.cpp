@@ -27,13 +27,15 @@ void VideoFramebuffers::doneCurrent() {
     }
 }
 
+bool VideoFramebuffers::isBackShown() const {
+    return m_swapped && m_buffers[m_back].texture.use_count() > 1;
+}
+
 unsigned VideoFramebuffers::bindBack(const QSize &size) {
     if (!m_context) {
         return 0;
     }
-    // A window may still show the older frame when it has not come to the newer one yet, which is then given
-    // up.
-    if (m_swapped && m_buffers[m_back].texture.use_count() > 1) {
+    if (isBackShown()) {
         m_back = 1 - m_back;
     }
     Buffer &back = m_buffers[m_back];

@@ -25,6 +25,9 @@ public:
     bool makeCurrent();
     void doneCurrent();
 
+    /// A window still shows the older frame; bindBack() then gives up the newer one, which it must not show
+    /// any more.
+    bool isBackShown() const;
     /// Binds the framebuffer to draw into, at least 1 by 1 pixels, and returns its name; 0 without OpenGL.
     /// The contents are those of an older frame. Needs makeCurrent(), as do the next three.
     unsigned bindBack(const QSize &size);

@@ -132,7 +132,10 @@ void MPVOpenGLViewTest::keepsFramesForTheNextHost() {
 
 void MPVOpenGLViewTest::takesWaitingFramesBeforeItEnds() {
     m_mpv->framePending = true;
+    m_mpv->events = {MPV_EVENT_IDLE, MPV_EVENT_START_FILE, MPV_EVENT_NONE, MPV_EVENT_END_FILE,
+                     MPV_EVENT_IDLE};
     m_view->shutdownRenderContext();
+    QVERIFY(m_mpv->events.isEmpty());
     QCOMPARE(m_mpv->take(),
              (QStringList{QStringLiteral("clear_update_callback"), QStringLiteral("command_async stop"),
                           QStringLiteral("render SKIP_RENDERING=1 BLOCK_FOR_TARGET_TIME=0"),

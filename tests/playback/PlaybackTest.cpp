@@ -11,7 +11,9 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
+#include <atomic>
 #include <clocale>
 #include <memory>
 
@@ -45,6 +47,8 @@ private Q_SLOTS:
     void fitsTheVideoIntoItsSurface();
     void followsItsSize();
     void showsFramesThatTakeLongToDraw();
+    void showsFramesWithoutTheMainThread_data();
+    void showsFramesWithoutTheMainThread();
     void loopsAPreview();
     void keepsTheLastFrame();
     void seeksAndTellsTheTime();
@@ -150,6 +154,35 @@ void PlaybackTest::showsFramesThatTakeLongToDraw() {
     player->setProperty(QStringLiteral("loop-file"), QStringLiteral("inf"));
     const QSignalSpy frames(player, &MPVPlayerController::hasRenderedFrameChanged);
     QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= 3, longWait);
+}
+
+void PlaybackTest::showsFramesWithoutTheMainThread_data() {
+    showsTheFirstFrame_data();
+}
+
+/// In a window that is drawn by a thread of its own.
+void PlaybackTest::showsFramesWithoutTheMainThread() {
+    QFETCH(bool, preview);
+    const auto *player = play(m_wide, preview);
+    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
+    QTest::qWait(50);
+    std::atomic_int taken = 0;
+    std::atomic_int drawn = 0;
+    std::atomic_bool onMainThread = false;
+    const auto count = [&](std::atomic_int &number) {
+        return [&] {
+            onMainThread = QThread::currentThread() == thread();
+            ++number;
+        };
+    };
+    QObject counter;
+    connect(m_window.get(), &QQuickWindow::afterSynchronizing, &counter, count(taken), Qt::DirectConnection);
+    connect(m_window.get(), &QQuickWindow::frameSwapped, &counter, count(drawn), Qt::DirectConnection);
+    QTRY_VERIFY_WITH_TIMEOUT(drawn >= 10, longWait);
+    if (onMainThread) {
+        QSKIP("Qt draws on the main thread here.");
+    }
+    QVERIFY2(taken <= 1, qPrintable(QString::number(taken)));
 }
 
 void PlaybackTest::loopsAPreview() {

@@ -147,6 +147,10 @@ MPVFunctions table() {
         record(QStringLiteral("command_async ") + text(*arguments));
         return 0;
     };
+    f.waitEvent = [](mpv_handle *, double) {
+        active->event.event_id = active->events.isEmpty() ? MPV_EVENT_NONE : active->events.takeFirst();
+        return &active->event;
+    };
     f.terminateDestroy = [](mpv_handle *) { record(QStringLiteral("terminate_destroy")); };
     f.getTimeUs = [](mpv_handle *) { return now; };
     f.renderContextCreate = recordedRenderContextCreate;

@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QStringList>
 
+#include <mpv/client.h>
+
 /// Stands in for the player library: writes down every call, in order, and answers what the test prepared.
 /// One at a time.
 class RecordingMPV {
@@ -28,6 +30,9 @@ public:
     bool framePending = false;
     /// Microseconds from now until the pending frame is due.
     int64_t frameDueIn = 0;
+    /// What the player tells, in order; MPV_EVENT_NONE: nothing more for now.
+    QList<mpv_event_id> events;
+    mpv_event event{};
     QHash<QByteArray, QByteArray> properties;
     /// The raw arguments of the last command.
     QList<QByteArray> lastCommand;
