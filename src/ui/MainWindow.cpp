@@ -7,6 +7,7 @@
 
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QQuickGraphicsConfiguration>
 #include <QStyleHints>
 
 namespace {
@@ -24,6 +25,10 @@ MainWindow::MainWindow(Preferences *preferences, FileManager *fileManager)
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     setMinimumSize(minimumFrame);
     setColor(QColor::fromRgbF(0.035F, 0.035F, 0.04F));
+    QQuickGraphicsConfiguration graphics = graphicsConfiguration();
+    // Hardly anything in the window lies behind something else, so that a depth buffer would only cost time.
+    graphics.setDepthBufferFor2D(false);
+    setGraphicsConfiguration(graphics);
     setResizeMode(QQuickView::SizeRootObjectToView);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     connect(this, &QWindow::windowStateChanged, this, &MainWindow::followWindowState);

@@ -40,10 +40,6 @@ FocusScope {
         }
     }
 
-    Rectangle {
-        anchors.fill: parent
-        color: "black"
-    }
     Loader {
         anchors.fill: parent
         active: preview.controller !== null
@@ -56,6 +52,7 @@ FocusScope {
     MediaThumbnail {
         anchors.fill: parent
         item: cell.item
+        backing: "black"
         visible: !(preview.controller?.hasRenderedFrame ?? false)
     }
 
@@ -105,22 +102,6 @@ FocusScope {
         }
     }
 
-    Rectangle {
-        width: parent.width
-        height: Math.ceil(parent.height / 2)
-        anchors.bottom: parent.bottom
-        visible: cell.controlled
-        gradient: Gradient {
-            GradientStop {
-                position: 0
-                color: "transparent"
-            }
-            GradientStop {
-                position: 1
-                color: Qt.rgba(0, 0, 0, 0.72)
-            }
-        }
-    }
     Loader {
         id: controls
         anchors.fill: parent
@@ -133,27 +114,28 @@ FocusScope {
     Component {
         id: videoControls
 
-        VideoCellControls {
-            item: cell.item
-            state: cell.state
-            controller: preview.controller
+        MediaCellOverlay {
+            focusShown: hitArea.activeFocus
+
+            VideoCellControls {
+                anchors.fill: parent
+                item: cell.item
+                state: cell.state
+                controller: preview.controller
+            }
         }
     }
     Component {
         id: photoControls
 
-        PhotoCellControls {
-            item: cell.item
-            state: cell.state
-        }
-    }
+        MediaCellOverlay {
+            focusShown: hitArea.activeFocus
 
-    // Inside the cell: its neighbours are only a few points away.
-    SmoothRectangle {
-        anchors.fill: parent
-        visible: hitArea.activeFocus
-        radius: 2
-        borderWidth: 3
-        borderColor: MosaLook.focusRing
+            PhotoCellControls {
+                anchors.fill: parent
+                item: cell.item
+                state: cell.state
+            }
+        }
     }
 }

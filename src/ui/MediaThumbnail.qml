@@ -1,4 +1,4 @@
-pragma ComponentBehavior: Bound
+// Not bound: the Loader of Qt 6.4 refuses bound components.
 
 import QtQuick
 import Mosa.State
@@ -9,25 +9,24 @@ Item {
     id: root
 
     required property mediaFile item
-
-    Rectangle {
-        anchors.fill: parent
-        color: Qt.rgba(0, 0, 0, 0.55)
-    }
+    property alias backing: picture.backing
 
     ThumbnailImage {
         id: picture
 
         anchors.fill: parent
         item: root.item
+        backing: Qt.rgba(0, 0, 0, 0.55)
     }
 
-    SymbolIcon {
+    Loader {
         anchors.centerIn: parent
-        visible: !picture.hasImage
-        name: root.item.kind === MediaKind.Video ? "film.stack" : "photo"
-        size: 30
-        weight: Font.Light
-        color: Qt.rgba(1, 1, 1, 0.36)
+        active: !picture.hasImage
+        sourceComponent: SymbolIcon {
+            name: root.item.kind === MediaKind.Video ? "film.stack" : "photo"
+            size: 30
+            weight: Font.Light
+            color: Qt.rgba(1, 1, 1, 0.36)
+        }
     }
 }

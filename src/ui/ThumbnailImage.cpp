@@ -5,26 +5,36 @@
 
 #include <QQuickWindow>
 #include <QSGImageNode>
+#include <QSGRectangleNode>
 #include <QSGTexture>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace {
+
+/// The backing and, above it, the picture, each there only while it can be seen. It transforms nothing, but
+/// Qt's software renderer places what is added later only below nodes of that kind.
+struct ThumbnailNode : QSGTransformNode {
+    std::unique_ptr<QSGRectangleNode> backing;
+    std::unique_ptr<QSGImageNode> picture;
+};
 
 /// Each pixel the mean of four, which thumbnails of 32 bits allow without conversion; an odd last row or
 /// column is left out. Fast enough for a page of them between two frames.
 QImage halved(const QImage &image) {
     constexpr quint32 evenBytes = 0x00FF00FF;
     constexpr quint32 rounding = 0x00020002;
-    QImage result(std::max(1, image.width() / 2), std::max(1, image.height() / 2), image.format());
+    const int width = std::max(1, image.width() / 2);
+    QImage result(width, std::max(1, image.height() / 2), image.format());
     const size_t right = image.width() > 1 ? 1 : 0;
     const int below = image.height() > 1 ? 1 : 0;
     for (int y = 0; y < result.height(); ++y) {
         const auto *upper = reinterpret_cast<const quint32 *>(image.constScanLine(2 * y));
         const auto *lower = reinterpret_cast<const quint32 *>(image.constScanLine(2 * y + below));
         auto *target = reinterpret_cast<quint32 *>(result.scanLine(y));
-        for (size_t x = 0; x < size_t(result.width()); ++x) {
+        for (size_t x = 0; x < size_t(width); ++x) {
             const quint32 a = upper[2 * x];
             const quint32 b = upper[2 * x + right];
             const quint32 c = lower[2 * x];
@@ -60,6 +70,14 @@ void ThumbnailImage::setItem(const MediaFile &item) {
         request();
     }
     Q_EMIT itemChanged();
+}
+
+void ThumbnailImage::setBacking(const QColor &colour) {
+    if (m_backing != colour) {
+        m_backing = colour;
+        update();
+        Q_EMIT backingChanged();
+    }
 }
 
 void ThumbnailImage::componentComplete() {
@@ -145,24 +163,45 @@ QRectF ThumbnailImage::pictureRect() const {
 }
 
 QSGNode *ThumbnailImage::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *) {
-    auto *node = static_cast<QSGImageNode *>(oldNode);
+    auto *node = oldNode != nullptr ? static_cast<ThumbnailNode *>(oldNode) : new ThumbnailNode;
+    const QRectF whole = PixelGrid::snapped(*this, boundingRect());
     const QRectF rect = PixelGrid::snapped(*this, pictureRect());
-    if (rect.isEmpty() || m_shown.isNull()) {
-        delete node;
-        return nullptr;
+    const bool hasPicture = !rect.isEmpty() && !m_shown.isNull();
+    if (!hasPicture) {
+        node->picture.reset();
+    } else {
+        if (!node->picture) {
+            node->picture.reset(window()->createImageNode());
+            node->picture->setFlag(QSGNode::OwnedByParent, false);
+            node->picture->setOwnsTexture(true);
+            node->picture->setFiltering(QSGTexture::Linear);
+            m_textureStale = true;
+        }
+        if (m_textureStale) {
+            node->picture->setTexture(
+                window()->createTextureFromImage(m_shown, QQuickWindow::TextureIsOpaque));
+            m_textureStale = false;
+        }
+        node->picture->setRect(rect);
+        // Only now that it has a texture: Qt's software renderer looks at once.
+        if (node->picture->parent() == nullptr) {
+            node->appendChildNode(node->picture.get());
+        }
     }
-    if (node == nullptr) {
-        node = window()->createImageNode();
-        node->setOwnsTexture(true);
-        node->setFiltering(QSGTexture::Linear);
-        m_textureStale = true;
+
+    // Under a picture that fills the item it would only be drawn in vain.
+    const bool hasBacking =
+        m_backing.alpha() > 0 && !whole.isEmpty() && !(hasPicture && rect.contains(whole));
+    if (!hasBacking) {
+        node->backing.reset();
+    } else if (!node->backing) {
+        node->backing.reset(window()->createRectangleNode());
+        node->backing->setFlag(QSGNode::OwnedByParent, false);
+        node->prependChildNode(node->backing.get());
     }
-    if (m_textureStale) {
-        node->setTexture(window()->createTextureFromImage(m_shown, m_shown.hasAlphaChannel()
-                                                                       ? QQuickWindow::TextureHasAlphaChannel
-                                                                       : QQuickWindow::TextureIsOpaque));
-        m_textureStale = false;
+    if (hasBacking) {
+        node->backing->setRect(whole);
+        node->backing->setColor(m_backing);
     }
-    node->setRect(rect);
     return node;
 }

@@ -2,12 +2,14 @@
 
 #include "MediaFile.h"
 
+#include <QColor>
 #include <QFutureWatcher>
 #include <QImage>
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
-/// The thumbnail of one media file, whole and centred in the item, its aspect ratio kept.
+/// The thumbnail of one media file, whole and centred in the item, its aspect ratio kept, on a backing that
+/// fills the item.
 ///
 /// Asks the shared service when it is complete and again when the file's path changes; the old picture stays
 /// until the new result, which may be nothing, has arrived. The request is withdrawn when the item goes away.
@@ -15,6 +17,7 @@ class ThumbnailImage : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(MediaFile item READ item WRITE setItem NOTIFY itemChanged)
+    Q_PROPERTY(QColor backing READ backing WRITE setBacking NOTIFY backingChanged)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY hasImageChanged)
 
 public:
@@ -26,12 +29,15 @@ public:
 
     const MediaFile &item() const { return m_item; }
     void setItem(const MediaFile &item);
+    QColor backing() const { return m_backing; }
+    void setBacking(const QColor &colour);
     bool hasImage() const { return !m_source.isNull(); }
     /// Where the picture is drawn, in item coordinates; empty without one.
     QRectF pictureRect() const;
 
 Q_SIGNALS:
     void itemChanged();
+    void backingChanged();
     void hasImageChanged();
 
 protected:
@@ -47,6 +53,7 @@ private:
     int neededLevel() const;
 
     MediaFile m_item;
+    QColor m_backing = Qt::transparent;
     /// As the service made it.
     QImage m_source;
     /// What is drawn: the source, or for small items the source halved m_level times, as a texture that is
