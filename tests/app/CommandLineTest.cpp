@@ -13,15 +13,12 @@ private Q_SLOTS:
         QTest::addColumn<Arguments>("arguments");
         QTest::addColumn<Action>("action");
         QTest::addColumn<QByteArray>("folder");
-        QTest::newRow("nothing") << Arguments() << Action::Run << QByteArray();
         QTest::newRow("relative path") << Arguments{"a b"} << Action::Run << QByteArray("/home/me/a b");
         QTest::newRow("bytes that are no UTF-8")
             << Arguments{"/\xFF\xFE"} << Action::Run << QByteArray("/\xFF\xFE");
         QTest::newRow("address") << Arguments{"file:///a%20b/%FF"} << Action::Run << QByteArray("/a b/\xFF");
         QTest::newRow("the first of several") << Arguments{"/a", "/b"} << Action::Run << QByteArray("/a");
-        QTest::newRow("another scheme") << Arguments{"smb://host/a"} << Action::Run << QByteArray();
         QTest::newRow("help wins") << Arguments{"/a", "--help"} << Action::ShowHelp << QByteArray();
-        QTest::newRow("version") << Arguments{"--version"} << Action::ShowVersion << QByteArray();
         QTest::newRow("unknown") << Arguments{"--versoin"} << Action::Refuse << QByteArray();
         QTest::newRow("a dash after the end of options")
             << Arguments{"--", "--help"} << Action::Run << QByteArray("/home/me/--help");

@@ -1,7 +1,7 @@
 #include "GlobalMenu.h"
 
 #include "AppState.h"
-#include "FileManager.h"
+#include "DesktopFileManager.h"
 #include "MainWindow.h"
 #include "MenuCommands.h"
 #include "MosaUpdaterController.h"
@@ -14,17 +14,6 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-class NoFileManager : public FileManager {
-public:
-    void showInFileManager(const FileURL &) override {}
-    void openInDefaultApp(const FileURL &) override {}
-    void openUrl(const QUrl &) override {}
-};
-
-} // namespace
 
 class GlobalMenuTest : public QObject {
     Q_OBJECT
@@ -44,10 +33,10 @@ class GlobalMenuTest : public QObject {
 private Q_SLOTS:
     void tellsAndTriggersCommands() {
         PrivateBus bus;
-        REQUIRE_BUS(bus);
         AppState state{AppState::Services{}};
         MosaUpdaterController updater(QDBusConnection(u"nothing"_s), u"mosa"_s);
-        NoFileManager files;
+        DesktopFileManager files(
+            QDBusConnection(u"nothing"_s), [](const QString &) {}, false);
         MainWindow window;
         MenuCommands commands({state, updater, files, window});
         const QDBusConnection server = bus.connect();

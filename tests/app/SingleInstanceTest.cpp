@@ -6,8 +6,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -36,7 +34,6 @@ private Q_SLOTS:
         QFETCH(QByteArray, folder);
         QFETCH(QByteArray, uri);
         PrivateBus bus;
-        REQUIRE_BUS(bus);
         SingleInstance first(bus.connect(), name, path);
         QSignalSpy runs(&first, &SingleInstance::running);
         first.start(std::nullopt);
@@ -66,27 +63,19 @@ private Q_SLOTS:
 
     void runsAlone_data() {
         QTest::addColumn<bool>("connected");
-        QTest::addColumn<bool>("stuck");
-        QTest::newRow("without a bus") << false << false;
-        QTest::newRow("when another program holds the name") << true << false;
-        QTest::newRow("when the bus is stuck") << true << true;
+        QTest::newRow("without a bus") << false;
+        QTest::newRow("when another program holds the name") << true;
     }
 
     void runsAlone() {
         QFETCH(bool, connected);
-        QFETCH(bool, stuck);
         PrivateBus bus;
-        REQUIRE_BUS(bus);
         QDBusConnection other = bus.connect();
         QVERIFY(other.registerService(name));
         SingleInstance instance(connected ? bus.connect() : QDBusConnection(u"nothing"_s), name, path);
         QSignalSpy runs(&instance, &SingleInstance::running);
-        if (stuck) {
-            ::kill(pid_t(bus.processId()), SIGSTOP);
-        }
         instance.start(FileURL::directory("/a"));
         QTRY_COMPARE_WITH_TIMEOUT(runs.size(), 1, PrivateBus::patience);
-        ::kill(pid_t(bus.processId()), SIGCONT);
     }
 };
 

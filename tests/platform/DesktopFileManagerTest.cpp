@@ -27,7 +27,6 @@ private Q_SLOTS:
         QFETCH(bool, refuses);
         QFETCH(QStringList, opened);
         PrivateBus bus;
-        REQUIRE_BUS(bus);
         StandInService service(
             bus.connect(), u"org.freedesktop.FileManager1"_s, [refuses](const QDBusMessage &call) {
                 return refuses ? call.createErrorReply(QDBusError::Failed, u"no"_s) : call.createReply();
@@ -53,7 +52,6 @@ private Q_SLOTS:
     /// In a sandbox the portal gets the file itself, since its path may mean nothing outside.
     void opensThroughPortal() {
         PrivateBus bus;
-        REQUIRE_BUS(bus);
         StandInService portal(bus.connect(), u"org.freedesktop.portal.Desktop"_s,
                               [](const QDBusMessage &call) { return call.createReply(); });
         const TemporaryFolder folder;

@@ -174,7 +174,20 @@ private Q_SLOTS:
         QTest::newRow("files") << "a.mp4"_ba << QByteArrayList{"a.mp4", "a 2.mp4"} << "a 3.mp4"_ba;
         QTest::newRow("a gap") << "a.mp4"_ba << QByteArrayList{"a.mp4", "a 3.mp4"} << "a 2.mp4"_ba;
         QTest::newRow("a folder and a dead link") << "a"_ba << QByteArrayList{"a/", "a 2@"} << "a 3"_ba;
-        QTest::newRow("no room") << longest << QByteArrayList{longest} << QByteArray(249, 'n') + " 2.mp4";
+        const auto second = [](const char *title, const QByteArray &taken, const QByteArray &expected) {
+            QTest::newRow(title) << taken << QByteArrayList{taken} << expected;
+        };
+        second("two dots", "archive.tar.gz", "archive.tar 2.gz");
+        second("leading dot", ".mp4", ".mp4 2");
+        second("not UTF-8", "\xff\xfe.mp4", "\xff\xfe 2.mp4");
+        // 125 characters of two bytes; three bytes go, so two characters must.
+        const QByteArray accents = "\xc3\xa9"_ba.repeated(125);
+        second("no room, between characters", 'a' + accents + ".mp4", 'a' + accents.left(248) + " 2.mp4");
+        second("no character to keep whole", QByteArray(251, '\x80') + ".mp4",
+               QByteArray(249, '\x80') + " 2.mp4");
+        const QByteArray hugeExtension = "a." + QByteArray(253, 'x');
+        second("extension leaves no room", hugeExtension, hugeExtension.left(253) + " 2");
+        second("no room", longest, QByteArray(249, 'n') + " 2.mp4");
     }
 
     void takesTheNextFreeName() {
