@@ -10,6 +10,7 @@
 #include "MediaMaker.h"
 #include "ProcessUsage.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QRandomGenerator>
@@ -33,8 +34,22 @@ void wait(int milliseconds) {
     loop.exec();
 }
 
+/// Resident, in KiB; -1 when it cannot be read.
+qint64 residentMemory() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:")) {
+            return line.mid(6).simplified().split(' ').constFirst().toLongLong();
+        }
+    }
+    return -1;
+}
+
 struct Usage {
-    qint64 memory = ProcessUsage::memory();
+    qint64 memory = residentMemory();
     int threads = ProcessUsage::threads();
     int descriptors = ProcessUsage::descriptors();
     int textures = ProcessUsage::textures();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDir>
-#include <QFile>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
@@ -32,20 +31,6 @@ inline int textures() {
     }
     context.doneCurrent();
     return count;
-}
-
-/// Resident, in KiB; -1 when it cannot be read.
-inline qint64 memory() {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly)) {
-        return -1;
-    }
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:")) {
-            return line.mid(6).simplified().split(' ').constFirst().toLongLong();
-        }
-    }
-    return -1;
 }
 
 } // namespace ProcessUsage

@@ -67,11 +67,6 @@ class Node:
             if child is not None:
                 yield Node(child)
 
-    def descendants(self):
-        for child in self.children():
-            yield child
-            yield from child.descendants()
-
     def press(self):
         """Performs the control's own action: the one that a screen reader's user would trigger."""
         count = Atspi.Action.get_n_actions(self._accessible) if self._offers("Action") else 0
@@ -81,9 +76,6 @@ class Node:
                 Atspi.Action.do_action(self._accessible, names.index(wanted))
                 return
         raise AssertionError(f"{self} cannot be pressed; it offers {names}")
-
-    def focus(self):
-        Atspi.Component.grab_focus(self._accessible)
 
     def matches(self, role, name, value):
         return ((role is None or self.role in ((role,) if isinstance(role, str) else role))

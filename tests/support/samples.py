@@ -24,10 +24,10 @@ def _video(seconds, size):
 
 
 @functools.cache
-def _photo(size, hue):
+def _photo(size):
     WORKSHOP.mkdir(exist_ok=True)
-    path = WORKSHOP / f"{size}-{hue}.jpg"
-    _ffmpeg("-f", "lavfi", "-i", f"testsrc2=size={size},hue=h={hue},noise=alls=60", "-frames:v", "1", "-q:v", "1", path)
+    path = WORKSHOP / f"{size}.jpg"
+    _ffmpeg("-f", "lavfi", "-i", f"testsrc2=size={size},noise=alls=60", "-frames:v", "1", "-q:v", "1", path)
     return path
 
 
@@ -36,8 +36,8 @@ def video(path, seconds=4, size="640x360"):
     shutil.copyfile(os.fsencode(_video(seconds, size)), os.fsencode(path))
 
 
-def photo(path, size="800x600", hue=0):
-    shutil.copyfile(os.fsencode(_photo(size, hue)), os.fsencode(path))
+def photo(path, size="800x600"):
+    shutil.copyfile(os.fsencode(_photo(size)), os.fsencode(path))
 
 
 def folder(path, videos=0, photos=0):
