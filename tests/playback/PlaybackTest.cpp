@@ -38,34 +38,229 @@ class PlaybackTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void showsTheFirstFrame_data();
-    void showsTheFirstFrame();
-    void fitsTheVideoIntoItsSurface_data();
-    void fitsTheVideoIntoItsSurface();
-    void followsItsSize();
-    void showsFramesThatTakeLongToDraw();
-    void showsFramesWithoutTheMainThread_data();
-    void showsFramesWithoutTheMainThread();
-    void loopsAPreview();
-    void keepsTheLastFrame();
-    void seeksAndTellsTheTime();
-    void playsNamesOfAnyBytes();
-    void staysDarkForWhatIsNoVideo();
-    void movesToAnotherSurface();
-    void movesToAnotherWindow();
-    void neverShowsAnUndrawnFrame();
-    void endsAtAnyMoment_data();
-    void endsAtAnyMoment();
-    void leavesNothingBehind();
+    void initTestCase() {
+        if (!QOpenGLContext::globalShareContext() || !QOpenGLContext().create()) {
+            QSKIP("no OpenGL on this display");
+        }
+        m_wide = path("wide.mp4");
+        QVERIFY(MediaMaker::video(m_wide, {.size = {320, 240}, .seconds = 2}));
+        m_withSound = path("sound.mp4");
+        QVERIFY(MediaMaker::video(m_withSound, {.size = {320, 240}, .seconds = 2, .audio = true}));
+    }
+
+    void init() {
+        m_window = std::make_unique<QQuickWindow>();
+        m_window->setColor(Qt::magenta);
+        m_window->resize(320, 240);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), longWait));
+        m_surface = std::make_unique<MPVVideoSurface>(m_window->contentItem());
+        m_surface->setSize({320, 240});
+    }
+
+    void cleanup() {
+        m_surface.reset();
+        m_player.reset();
+        m_window.reset();
+    }
+
+    void showsTheVideoWhole_data() {
+        QTest::addColumn<bool>("preview");
+        QTest::newRow("texture") << false;
+        QTest::newRow("picture") << true;
+    }
+
+    void showsTheVideoWhole() {
+        QFETCH(bool, preview);
+        const auto *player = play(m_wide, preview);
+        QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
+        QVERIFY(MediaMaker::showsPattern(shown())); // upright, in its colours
+        m_surface->setSize({320, 100});
+        QTRY_VERIFY_WITH_TIMEOUT(isBlack(shown().pixelColor(20, 50)), longWait);
+        const QImage image = shown();
+        QVERIFY(isBlack(image.pixelColor(300, 50)));
+        QVERIFY(MediaMaker::showsPattern(image.copy(94, 0, 132, 100)));
+    }
+
+    /// More pixels than a software renderer draws before the next frame is due.
+    void showsFramesThatTakeLongToDraw() {
+        m_surface->setSize({1600, 1200});
+        auto *player = play(m_wide, false);
+        player->setProperty(QStringLiteral("loop-file"), QStringLiteral("inf"));
+        const QSignalSpy frames(player, &MPVPlayerController::hasRenderedFrameChanged);
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= 3, longWait);
+    }
+
+    void showsFramesWithoutTheMainThread_data() { showsTheVideoWhole_data(); }
+
+    /// In a window that is drawn by a thread of its own.
+    void showsFramesWithoutTheMainThread() {
+        QFETCH(bool, preview);
+        const auto *player = play(m_wide, preview);
+        QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
+        QTest::qWait(50);
+        std::atomic_int taken = 0;
+        std::atomic_int drawn = 0;
+        std::atomic_bool onMainThread = false;
+        const auto count = [&](std::atomic_int &number) {
+            return [&] {
+                onMainThread = QThread::currentThread() == thread();
+                ++number;
+            };
+        };
+        QObject counter;
+        connect(m_window.get(), &QQuickWindow::afterSynchronizing, &counter, count(taken),
+                Qt::DirectConnection);
+        connect(m_window.get(), &QQuickWindow::frameSwapped, &counter, count(drawn), Qt::DirectConnection);
+        QTRY_VERIFY_WITH_TIMEOUT(drawn >= 10, longWait);
+        if (onMainThread) {
+            QSKIP("Qt draws on the main thread here.");
+        }
+        QVERIFY2(taken <= 1, qPrintable(QString::number(taken)));
+    }
+
+    void seeksAndTellsTheTime() {
+        auto *player = play(m_wide, false);
+        QTRY_COMPARE_WITH_TIMEOUT(player->duration(), 2.0, longWait);
+        player->togglePause();
+        QTest::qWait(50);
+        player->seek(1.2);
+        QCOMPARE(player->position(), 1.2);
+        QSignalSpy positions(player, &MPVPlayerController::positionChanged);
+        QTRY_VERIFY_WITH_TIMEOUT(positions.count() >= 3, longWait);
+        QVERIFY2(std::abs(player->position() - 1.2) <= 0.04, qPrintable(QString::number(player->position())));
+    }
+
+    void playsNamesOfAnyBytes() {
+        const FileURL file = path("caf\xE9 \n%20?#.mp4");
+        QVERIFY(MediaMaker::video(file, {.size = {320, 240}, .seconds = 2}));
+        const auto *player = play(file, true);
+        QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
+        QCOMPARE(unlink(file.nativePath().constData()), 0); // the temporary directory would not find it
+    }
+
+    void staysDarkForWhatIsNoVideo() {
+        const FileURL noise = path("noise.mp4");
+        QVERIFY(MediaMaker::write(noise, MediaMaker::noise(60'000)));
+        // A playlist under a video's name must not lead to another file.
+        const FileURL list = path("list.mp4");
+        QVERIFY(MediaMaker::write(list, "#EXTM3U\n" + m_wide.nativePath() + '\n'));
+        for (const FileURL &file : {noise, list, path("missing.mp4")}) {
+            const auto *player = play(file, true);
+            QSignalSpy polls(player, &MPVPlayerController::pausedChanged);
+            QTRY_VERIFY_WITH_TIMEOUT(polls.count() >= 3, longWait);
+            QVERIFY(!player->hasRenderedFrame());
+            QCOMPARE(player->duration(), 0.0);
+            QCOMPARE(player->position(), 0.0);
+        }
+    }
+
+    /// With its picture, even while it is paused.
+    void movesToAnotherSurface() {
+        auto *player = play(m_wide, false);
+        QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
+        player->togglePause();
+        MPVVideoSurface second(m_window->contentItem());
+        second.setSize({160, 120});
+        second.setPosition({160, 0});
+        second.setController(m_player.get());
+        QCOMPARE(player->surface()->host(), &second);
+        QTRY_VERIFY_WITH_TIMEOUT(player->surface()->frame()->size() == QSize(160, 120), longWait);
+        const QImage image = shown();
+        QCOMPARE(image.pixelColor(10, 230), QColor(Qt::magenta)); // the first one is empty
+        QVERIFY(MediaMaker::showsPattern(image.copy(160, 0, 160, 120)));
+    }
+
+    void movesToAnotherWindow() {
+        const auto *player = play(m_wide, false);
+        QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
+        QQuickWindow other;
+        other.resize(320, 240);
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other, longWait));
+        m_surface->setParentItem(nullptr);
+        QVERIFY(player->surface()->backingSize().isEmpty());
+        m_surface->setParentItem(other.contentItem());
+        QVERIFY(MediaMaker::showsPattern(other.grabWindow()));
+        m_surface->setParentItem(m_window->contentItem());
+    }
+
+    /// From the moment that a frame is announced, the picture is the video's.
+    void neverShowsAnUndrawnFrame() {
+        for (int round = 0; round < 5; ++round) {
+            auto *player = play(m_wide, true);
+            QImage first;
+            connect(player, &MPVPlayerController::hasRenderedFrameChanged, this, [&] {
+                if (first.isNull()) {
+                    first = player->surface()->videoFrameLayer()->contents;
+                }
+            });
+            QTRY_VERIFY_WITH_TIMEOUT(!first.isNull(), longWait);
+            QVERIFY(!isBlack(middle(first.copy(0, 0, first.width() / 2, first.height() / 2))));
+            m_surface->setController(nullptr);
+        }
+    }
+
+    void endsAtAnyMoment_data() {
+        QTest::addColumn<int>("milliseconds");
+        for (const int moment : {0, 5, 30, 60, 90, 130, 400}) {
+            QTest::addRow("%d ms", moment) << moment;
+        }
+    }
+
+    void endsAtAnyMoment() {
+        QFETCH(int, milliseconds);
+        auto *player = play(m_withSound, milliseconds % 20 == 0);
+        QTest::qWait(milliseconds);
+        player->shutdown();
+        player->shutdown();
+        QVERIFY(!player->surface()->frame());
+        player->seek(1);
+        QTest::qWait(20);
+        QCOMPARE(shown().pixelColor(160, 120), QColor(Qt::magenta));
+    }
+
+    /// A restless pointer over a page of videos, some of which are none.
+    void leavesNothingBehind() {
+        const FileURL half = path("half.mp4");
+        const QByteArray content = MediaMaker::read(m_withSound);
+        QVERIFY(MediaMaker::write(half, content.left(content.size() / 3)));
+        const FileURL files[] = {m_withSound, half, m_wide, path("missing.mp4")};
+        const auto sweep = [&](int rounds) {
+            for (int i = 0; i < rounds; ++i) {
+                auto *player = play(files[i % 4], i % 3 != 0);
+                QTest::qWait(i % 5 * 40);
+                player->seek(i % 2);
+                m_surface->setController(nullptr);
+            }
+            m_player.reset();
+            QTest::qWait(300);
+            shown(); // the scene lets go of textures while it draws
+        };
+        sweep(8);
+        const int threads = ProcessUsage::threads();
+        const int descriptors = ProcessUsage::descriptors();
+        const int textures = ProcessUsage::textures();
+        QVERIFY(textures >= 0);
+        sweep(24);
+        QCOMPARE(ProcessUsage::textures(), textures);
+        QVERIFY2(ProcessUsage::threads() <= threads + 1,
+                 qPrintable(QString::number(ProcessUsage::threads() - threads)));
+        QVERIFY2(ProcessUsage::descriptors() <= descriptors + 2,
+                 qPrintable(QString::number(ProcessUsage::descriptors() - descriptors)));
+    }
 
 private:
     FileURL path(const QByteArray &name) const {
         return FileURL::fromNativePath(m_files.path().toUtf8() + '/' + name);
     }
-    MPVPlayerController *play(const FileURL &file, bool preview);
+
+    MPVPlayerController *play(const FileURL &file, bool preview) {
+        m_player = std::make_unique<MPVPlayerController>(file, preview);
+        m_surface->setController(m_player.get());
+        return m_player.get();
+    }
+
     QImage shown() const { return m_window->grabWindow(); }
 
     QTemporaryDir m_files;
@@ -75,260 +270,6 @@ private:
     std::unique_ptr<MPVVideoSurface> m_surface;
     std::unique_ptr<MPVPlayerController> m_player;
 };
-
-void PlaybackTest::initTestCase() {
-    if (!QOpenGLContext::globalShareContext() || !QOpenGLContext().create()) {
-        QSKIP("no OpenGL on this display");
-    }
-    m_wide = path("wide.mp4");
-    QVERIFY(MediaMaker::video(m_wide, {.size = {320, 240}, .seconds = 2}));
-    m_withSound = path("sound.mp4");
-    QVERIFY(MediaMaker::video(m_withSound, {.size = {320, 240}, .seconds = 2, .audio = true}));
-}
-
-void PlaybackTest::init() {
-    m_window = std::make_unique<QQuickWindow>();
-    m_window->setColor(Qt::magenta);
-    m_window->resize(320, 240);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get(), longWait));
-    m_surface = std::make_unique<MPVVideoSurface>(m_window->contentItem());
-    m_surface->setSize({320, 240});
-}
-
-void PlaybackTest::cleanup() {
-    m_surface.reset();
-    m_player.reset();
-    m_window.reset();
-}
-
-MPVPlayerController *PlaybackTest::play(const FileURL &file, bool preview) {
-    m_player = std::make_unique<MPVPlayerController>(file, preview);
-    m_surface->setController(m_player.get());
-    return m_player.get();
-}
-
-void PlaybackTest::showsTheFirstFrame_data() {
-    QTest::addColumn<bool>("preview");
-    QTest::newRow("texture") << false;
-    QTest::newRow("picture") << true;
-}
-
-void PlaybackTest::showsTheFirstFrame() {
-    QFETCH(bool, preview);
-    const auto *player = play(m_wide, preview);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    QVERIFY(MediaMaker::showsPattern(shown())); // upright, in its colours
-    if (preview) {
-        QVERIFY(MediaMaker::showsPattern(player->surface()->videoFrameLayer()->contents));
-    }
-}
-
-void PlaybackTest::fitsTheVideoIntoItsSurface_data() {
-    showsTheFirstFrame_data();
-}
-
-void PlaybackTest::fitsTheVideoIntoItsSurface() {
-    QFETCH(bool, preview);
-    m_surface->setSize({320, 100});
-    const auto *player = play(m_wide, preview);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    const QImage image = shown().copy(0, 0, 320, 100);
-    QVERIFY(isBlack(image.pixelColor(20, 50)));
-    QVERIFY(isBlack(image.pixelColor(300, 50)));
-    QVERIFY(MediaMaker::showsPattern(image.copy(94, 0, 132, 100)));
-}
-
-void PlaybackTest::followsItsSize() {
-    const auto *player = play(m_wide, false);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    m_surface->setSize({160, 120});
-    QTRY_COMPARE_WITH_TIMEOUT(player->surface()->frame()->size(), QSize(160, 120), longWait);
-    QVERIFY(MediaMaker::showsPattern(shown().copy(0, 0, 160, 120)));
-}
-
-/// More pixels than a software renderer draws before the next frame is due.
-void PlaybackTest::showsFramesThatTakeLongToDraw() {
-    m_surface->setSize({1600, 1200});
-    auto *player = play(m_wide, false);
-    player->setProperty(QStringLiteral("loop-file"), QStringLiteral("inf"));
-    const QSignalSpy frames(player, &MPVPlayerController::hasRenderedFrameChanged);
-    QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= 3, longWait);
-}
-
-void PlaybackTest::showsFramesWithoutTheMainThread_data() {
-    showsTheFirstFrame_data();
-}
-
-/// In a window that is drawn by a thread of its own.
-void PlaybackTest::showsFramesWithoutTheMainThread() {
-    QFETCH(bool, preview);
-    const auto *player = play(m_wide, preview);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    QTest::qWait(50);
-    std::atomic_int taken = 0;
-    std::atomic_int drawn = 0;
-    std::atomic_bool onMainThread = false;
-    const auto count = [&](std::atomic_int &number) {
-        return [&] {
-            onMainThread = QThread::currentThread() == thread();
-            ++number;
-        };
-    };
-    QObject counter;
-    connect(m_window.get(), &QQuickWindow::afterSynchronizing, &counter, count(taken), Qt::DirectConnection);
-    connect(m_window.get(), &QQuickWindow::frameSwapped, &counter, count(drawn), Qt::DirectConnection);
-    QTRY_VERIFY_WITH_TIMEOUT(drawn >= 10, longWait);
-    if (onMainThread) {
-        QSKIP("Qt draws on the main thread here.");
-    }
-    QVERIFY2(taken <= 1, qPrintable(QString::number(taken)));
-}
-
-void PlaybackTest::loopsAPreview() {
-    const auto *player = play(m_wide, true);
-    QTRY_VERIFY_WITH_TIMEOUT(player->position() > 1, longWait);
-    QTRY_VERIFY_WITH_TIMEOUT(player->position() < 0.9, longWait);
-    QVERIFY(!player->paused());
-    QVERIFY(player->isMuted());
-}
-
-void PlaybackTest::keepsTheLastFrame() {
-    auto *player = play(m_wide, false);
-    QTRY_VERIFY_WITH_TIMEOUT(player->duration() > 1.9, longWait);
-    player->seek(1.5);
-    QTRY_VERIFY_WITH_TIMEOUT(player->paused(), longWait);
-    QVERIFY(MediaMaker::showsPattern(shown()));
-}
-
-void PlaybackTest::seeksAndTellsTheTime() {
-    auto *player = play(m_wide, false);
-    QTRY_COMPARE_WITH_TIMEOUT(player->duration(), 2.0, longWait);
-    player->togglePause();
-    QTest::qWait(50);
-    player->seek(1.2);
-    QCOMPARE(player->position(), 1.2);
-    QSignalSpy positions(player, &MPVPlayerController::positionChanged);
-    QTRY_VERIFY_WITH_TIMEOUT(positions.count() >= 3, longWait);
-    QVERIFY2(std::abs(player->position() - 1.2) <= 0.04, qPrintable(QString::number(player->position())));
-}
-
-void PlaybackTest::playsNamesOfAnyBytes() {
-    const FileURL file = path("caf\xE9 \n%20?#.mp4");
-    QVERIFY(MediaMaker::video(file, {.size = {320, 240}, .seconds = 2}));
-    const auto *player = play(file, true);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    QCOMPARE(unlink(file.nativePath().constData()), 0); // the temporary directory would not find it
-}
-
-void PlaybackTest::staysDarkForWhatIsNoVideo() {
-    const FileURL noise = path("noise.mp4");
-    QVERIFY(MediaMaker::write(noise, MediaMaker::noise(60'000)));
-    // A playlist under a video's name must not lead to another file.
-    const FileURL list = path("list.mp4");
-    QVERIFY(MediaMaker::write(list, "#EXTM3U\n" + m_wide.nativePath() + '\n'));
-    for (const FileURL &file : {noise, list, path("missing.mp4")}) {
-        const auto *player = play(file, true);
-        QSignalSpy polls(player, &MPVPlayerController::pausedChanged);
-        QTRY_VERIFY_WITH_TIMEOUT(polls.count() >= 3, longWait);
-        QVERIFY(!player->hasRenderedFrame());
-        QCOMPARE(player->duration(), 0.0);
-        QCOMPARE(player->position(), 0.0);
-    }
-}
-
-void PlaybackTest::movesToAnotherSurface() {
-    const auto *player = play(m_wide, false);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    MPVVideoSurface second(m_window->contentItem());
-    second.setSize({160, 120});
-    second.setPosition({160, 0});
-    second.setController(m_player.get());
-    QCOMPARE(player->surface()->host(), &second);
-    QTRY_VERIFY_WITH_TIMEOUT(player->surface()->frame()->size() == QSize(160, 120), longWait);
-    const QImage image = shown();
-    QCOMPARE(image.pixelColor(10, 230), QColor(Qt::magenta)); // the first one is empty
-    QVERIFY(MediaMaker::showsPattern(image.copy(160, 0, 160, 120)));
-}
-
-void PlaybackTest::movesToAnotherWindow() {
-    const auto *player = play(m_wide, false);
-    QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-    QQuickWindow other;
-    other.resize(320, 240);
-    other.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&other, longWait));
-    m_surface->setParentItem(nullptr);
-    QVERIFY(player->surface()->backingSize().isEmpty());
-    m_surface->setParentItem(other.contentItem());
-    QVERIFY(MediaMaker::showsPattern(other.grabWindow()));
-    m_surface->setParentItem(m_window->contentItem());
-}
-
-/// From the moment that a frame is announced, the picture is the video's.
-void PlaybackTest::neverShowsAnUndrawnFrame() {
-    for (int round = 0; round < 5; ++round) {
-        auto *player = play(m_wide, true);
-        QImage first;
-        connect(player, &MPVPlayerController::hasRenderedFrameChanged, this, [&] {
-            if (first.isNull()) {
-                first = player->surface()->videoFrameLayer()->contents;
-            }
-        });
-        QTRY_VERIFY_WITH_TIMEOUT(!first.isNull(), longWait);
-        QVERIFY(!isBlack(middle(first.copy(0, 0, first.width() / 2, first.height() / 2))));
-        m_surface->setController(nullptr);
-    }
-}
-
-void PlaybackTest::endsAtAnyMoment_data() {
-    QTest::addColumn<int>("milliseconds");
-    for (const int moment : {0, 5, 30, 60, 90, 130, 400}) {
-        QTest::addRow("%d ms", moment) << moment;
-    }
-}
-
-void PlaybackTest::endsAtAnyMoment() {
-    QFETCH(int, milliseconds);
-    auto *player = play(m_withSound, milliseconds % 20 == 0);
-    QTest::qWait(milliseconds);
-    player->shutdown();
-    player->shutdown();
-    QVERIFY(!player->surface()->frame());
-    player->seek(1);
-    QTest::qWait(20);
-    QCOMPARE(shown().pixelColor(160, 120), QColor(Qt::magenta));
-}
-
-/// A restless pointer over a page of videos, some of which are none.
-void PlaybackTest::leavesNothingBehind() {
-    const FileURL half = path("half.mp4");
-    const QByteArray content = MediaMaker::read(m_withSound);
-    QVERIFY(MediaMaker::write(half, content.left(content.size() / 3)));
-    const FileURL files[] = {m_withSound, half, m_wide, path("missing.mp4")};
-    const auto sweep = [&](int rounds) {
-        for (int i = 0; i < rounds; ++i) {
-            auto *player = play(files[i % 4], i % 3 != 0);
-            QTest::qWait(i % 5 * 40);
-            player->seek(i % 2);
-            m_surface->setController(nullptr);
-        }
-        m_player.reset();
-        QTest::qWait(300);
-        shown(); // the scene lets go of textures while it draws
-    };
-    sweep(8);
-    const int threads = ProcessUsage::threads();
-    const int descriptors = ProcessUsage::descriptors();
-    const int textures = ProcessUsage::textures();
-    QVERIFY(textures >= 0);
-    sweep(24);
-    QCOMPARE(ProcessUsage::textures(), textures);
-    QVERIFY2(ProcessUsage::threads() <= threads + 1,
-             qPrintable(QString::number(ProcessUsage::threads() - threads)));
-    QVERIFY2(ProcessUsage::descriptors() <= descriptors + 2,
-             qPrintable(QString::number(ProcessUsage::descriptors() - descriptors)));
-}
 
 int main(int argc, char *argv[]) {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);

@@ -20,44 +20,35 @@ void record(const QString &call) {
     active->calls << call;
 }
 
+bool fails(const char *entryPoint) {
+    return active->failing == QLatin1String(entryPoint);
+}
+
 QString text(const char *bytes) {
     return QString::fromUtf8(bytes);
 }
 
-const char *parameterName(int type) {
-    switch (type) {
-    case MPV_RENDER_PARAM_API_TYPE:
-        return "API_TYPE";
-    case MPV_RENDER_PARAM_OPENGL_INIT_PARAMS:
-        return "OPENGL_INIT_PARAMS";
-    case MPV_RENDER_PARAM_OPENGL_FBO:
-        return "OPENGL_FBO";
-    case MPV_RENDER_PARAM_FLIP_Y:
-        return "FLIP_Y";
-    case MPV_RENDER_PARAM_SKIP_RENDERING:
-        return "SKIP_RENDERING";
-    case MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME:
-        return "BLOCK_FOR_TARGET_TIME";
-    default:
-        return "?";
-    }
-}
-
 QString parameterText(const mpv_render_param &parameter) {
-    QString result = QLatin1String(parameterName(parameter.type));
+    const auto numbered = [&](const char *name) {
+        return QStringLiteral("%1=%2").arg(text(name)).arg(*static_cast<const int *>(parameter.data));
+    };
     switch (parameter.type) {
     case MPV_RENDER_PARAM_API_TYPE:
-        return result + u'=' + text(static_cast<const char *>(parameter.data));
+        return QStringLiteral("API_TYPE=") + text(static_cast<const char *>(parameter.data));
+    case MPV_RENDER_PARAM_OPENGL_INIT_PARAMS:
+        return QStringLiteral("OPENGL_INIT_PARAMS");
     case MPV_RENDER_PARAM_OPENGL_FBO: {
         const auto *fbo = static_cast<const mpv_opengl_fbo *>(parameter.data);
-        return result + QStringLiteral("=%1x%2/%3").arg(fbo->w).arg(fbo->h).arg(fbo->internal_format);
+        return QStringLiteral("OPENGL_FBO=%1x%2/%3").arg(fbo->w).arg(fbo->h).arg(fbo->internal_format);
     }
     case MPV_RENDER_PARAM_FLIP_Y:
+        return numbered("FLIP_Y");
     case MPV_RENDER_PARAM_SKIP_RENDERING:
+        return numbered("SKIP_RENDERING");
     case MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME:
-        return result + u'=' + QString::number(*static_cast<const int *>(parameter.data));
+        return numbered("BLOCK_FOR_TARGET_TIME");
     default:
-        return result;
+        return QStringLiteral("?");
     }
 }
 
@@ -70,10 +61,8 @@ QString parametersText(const mpv_render_param *parameters) {
 }
 
 int recordedCommand(mpv_handle *, const char **arguments) {
-    active->lastCommand.clear();
     QString call = QStringLiteral("command");
     for (; *arguments; ++arguments) {
-        active->lastCommand << QByteArray(*arguments);
         call += u' ' + text(*arguments);
     }
     record(call);
@@ -85,7 +74,6 @@ char *recordedGetProperty(mpv_handle *, const char *name) {
     if (!active->properties.contains(name)) {
         return nullptr;
     }
-    ++active->textsToFree;
     return strdup(active->properties.value(name).constData());
 }
 
@@ -107,10 +95,11 @@ int recordedRender(mpv_render_context *, mpv_render_param *parameters) {
 
 int recordedRenderContextCreate(mpv_render_context **result, mpv_handle *, mpv_render_param *parameters) {
     record(QStringLiteral("render_context_create") + parametersText(parameters));
-    if (active->renderContextStatus >= 0) {
-        *result = context;
+    if (fails("render_context_create")) {
+        return MPV_ERROR_UNSUPPORTED;
     }
-    return active->renderContextStatus;
+    *result = context;
+    return 0;
 }
 
 void recordedSetCallback(mpv_render_context *, void (*callback)(void *), void *callbackContext) {
@@ -123,7 +112,7 @@ MPVFunctions table() {
     MPVFunctions f{};
     f.create = [] {
         record(QStringLiteral("create"));
-        return active->createFails ? nullptr : handle;
+        return fails("create") ? nullptr : handle;
     };
     f.setOptionString = [](mpv_handle *, const char *name, const char *value) {
         record(QStringLiteral("option %1=%2").arg(text(name), text(value)));
@@ -131,17 +120,14 @@ MPVFunctions table() {
     };
     f.initialize = [](mpv_handle *) {
         record(QStringLiteral("initialize"));
-        return active->initializeStatus;
+        return fails("initialize") ? int(MPV_ERROR_GENERIC) : 0;
     };
     f.setPropertyString = [](mpv_handle *, const char *name, const char *value) {
         record(QStringLiteral("set %1=%2").arg(text(name), text(value)));
         return int(MPV_ERROR_PROPERTY_UNAVAILABLE);
     };
     f.getPropertyString = recordedGetProperty;
-    f.free = [](void *bytes) {
-        --active->textsToFree;
-        std::free(bytes);
-    };
+    f.free = std::free;
     f.command = recordedCommand;
     f.commandAsync = [](mpv_handle *, uint64_t, const char **arguments) {
         record(QStringLiteral("command_async ") + text(*arguments));

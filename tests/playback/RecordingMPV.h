@@ -24,9 +24,8 @@ public:
     void notify() const;
 
     QStringList calls;
-    bool createFails = false;
-    int initializeStatus = 0;
-    int renderContextStatus = 0;
+    /// The entry point that fails, if any: "create", "initialize" or "render_context_create".
+    QString failing;
     bool framePending = false;
     /// Microseconds from now until the pending frame is due.
     int64_t frameDueIn = 0;
@@ -34,9 +33,6 @@ public:
     QList<mpv_event_id> events;
     mpv_event event{};
     QHash<QByteArray, QByteArray> properties;
-    /// The raw arguments of the last command.
-    QList<QByteArray> lastCommand;
-    int textsToFree = 0;
 
     void (*callback)(void *) = nullptr;
     void *callbackContext = nullptr;
