@@ -34,17 +34,6 @@ struct Call {
     bool isCancelled() const { return promise->isCanceled(); }
 };
 
-class ScanFailure : public QException {
-public:
-    explicit ScanFailure(QByteArray message) : m_message(std::move(message)) {}
-    const char *what() const noexcept override { return m_message.constData(); }
-    void raise() const override { throw *this; } // NOLINT
-    ScanFailure *clone() const override { return new ScanFailure(*this); }
-
-private:
-    QByteArray m_message;
-};
-
 class TestChooser : public FolderChooser {
 public:
     struct Shown : Call<std::optional<FileURL>> {
