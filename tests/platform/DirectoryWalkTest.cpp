@@ -4,16 +4,14 @@
 #include "MediaMaker.h"
 #include "TemporaryFolder.h"
 
+#include <QDir>
 #include <QSet>
 #include <QTest>
 
-#include <array>
 #include <cerrno>
 #include <memory>
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,17 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Type = DirectoryEntry::Type;
-
 int openDescriptors() {
-    int count = 0;
-    if (DIR *folder = opendir("/proc/self/fd")) {
-        while (readdir(folder) != nullptr) {
-            ++count;
-        }
-        closedir(folder);
-    }
-    return count;
+    return int(QDir(u"/proc/self/fd"_s).count());
 }
 
 } // namespace
@@ -44,18 +33,6 @@ class DirectoryWalkTest : public QObject {
     FileURL at(const QByteArray &path) const { return m_temporary->at(path); }
     bool write(const QByteArray &path, const QByteArray &content = "content") const {
         return MediaMaker::write(at(path), content);
-    }
-    QSet<QByteArray> walked(DirectoryWalk::Depth depth, const QByteArray &without = {}) const {
-        QSet<QByteArray> paths;
-        const qsizetype prefix = m_temporary->url().nativePath().size() + 1;
-        DirectoryWalk walk(m_temporary->url(), depth);
-        while (const auto entry = walk.next()) {
-            paths << entry->url.nativePath().mid(prefix);
-            if (entry->url.nativeName() == without) {
-                walk.skipDescendants();
-            }
-        }
-        return paths;
     }
     /// A chain of folders with one file in each; returns how many entries there are.
     int makeChain(int depth, const QByteArray &name) const {
@@ -80,46 +57,18 @@ private Q_SLOTS:
     }
     void cleanup() { m_temporary.reset(); }
 
-    void listsAndDescends() {
-        // Several of the kernel's buffers full of names.
+    /// Several of the kernel's buffers full.
+    void listsManyNames() {
         constexpr int many = 600;
-        QVERIFY(m_temporary->makeFolder("skipped/many"));
         for (int i = 0; i < many; ++i) {
-            QVERIFY(write("skipped/many/" + QByteArray(200, 'n') + QByteArray::number(i), ""));
+            QVERIFY(write(QByteArray(200, 'n') + QByteArray::number(i), ""));
         }
-        QCOMPARE(walked(DirectoryWalk::Depth::subtree).size(), many + 2);
-        QVERIFY(m_temporary->makeFolder("one/two/three") && m_temporary->makeFolder("skipped/below") &&
-                m_temporary->makeFolder(".hidden") && m_temporary->makeFolder("empty"));
-        QVERIFY(write("file") && write("one/two/three/deep") && write("one/.dot") &&
-                write("skipped/below/x") && write(".hidden/y"));
-        const QSet<QByteArray> top{"one", "skipped", "empty", "file"};
-        QCOMPARE(walked(DirectoryWalk::Depth::entries), top);
-        const QSet<QByteArray> all{"one",  "one/two", "one/two/three", "one/two/three/deep",
-                                   "file", "empty",   "skipped"};
-        QCOMPARE(walked(DirectoryWalk::Depth::subtree, "skipped"), all);
-    }
-
-    void attributes() {
-        QVERIFY(write("file", QByteArray(12345, 'x')));
-        QVERIFY(m_temporary->makeFolder("folder"));
-        QCOMPARE(symlink("folder", at("link").nativePath().constData()), 0);
-        QCOMPARE(mkfifo(at("pipe").nativePath().constData(), 0600), 0);
-        const std::array<timespec, 2> times{timespec{.tv_sec = 1, .tv_nsec = 0},
-                                            timespec{.tv_sec = 1234567890, .tv_nsec = 987654321}};
-        QCOMPARE(utimensat(AT_FDCWD, at("file").nativePath().constData(), times.data(), 0), 0);
-        QHash<QByteArray, DirectoryEntry> entries;
-        DirectoryWalk walk(m_temporary->url(), DirectoryWalk::Depth::subtree);
+        QSet<FileURL> found;
+        DirectoryWalk walk(m_temporary->url(), DirectoryWalk::Depth::entries);
         while (const auto entry = walk.next()) {
-            entries.insert(entry->url.nativeName(), *entry);
+            found << entry->url;
         }
-        QCOMPARE(entries.size(), 4);
-        QCOMPARE(entries["file"].type, Type::regularFile);
-        QCOMPARE(entries["file"].size, 12345);
-        QVERIFY(entries["file"].modified.has_value());
-        QCOMPARE(qint64(entries["file"].modified->time_since_epoch().count()), 1'234'567'890'987'654'321);
-        QCOMPARE(entries["folder"].type, Type::directory);
-        QCOMPARE(entries["link"].type, Type::other);
-        QCOMPARE(entries["pipe"].type, Type::other);
+        QCOMPARE(found.size(), many);
     }
 
     void deepFolders_data() {
@@ -202,30 +151,6 @@ private Q_SLOTS:
         QCOMPARE(rename(at("walked/sub").nativePath().constData(), at("moved").nativePath().constData()), 0);
         QCOMPARE(symlink("../secret", at("walked/sub").nativePath().constData()), 0);
         QVERIFY(!walk.next().has_value());
-    }
-
-    void unlistableTop_data() {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<int>("code");
-        QTest::newRow("missing") << "missing"_ba << ENOENT;
-        QTest::newRow("file") << "file"_ba << ENOTDIR;
-        QTest::newRow("pipe") << "pipe"_ba << ENOTDIR;
-    }
-
-    void unlistableTop() {
-        QFETCH(QByteArray, name);
-        QFETCH(int, code);
-        QVERIFY(write("file"));
-        QCOMPARE(mkfifo(at("pipe").nativePath().constData(), 0600), 0);
-        for (const auto depth : {DirectoryWalk::Depth::entries, DirectoryWalk::Depth::subtree}) {
-            try {
-                const DirectoryWalk walk(at(name), depth);
-                QFAIL("no error");
-            } catch (const FileSystemError &error) {
-                QCOMPARE(error.code(), code);
-                QCOMPARE(error.url(), at(name));
-            }
-        }
     }
 };
 

@@ -35,10 +35,11 @@ QByteArray pngChunk(const QByteArray &type, const QByteArray &content) {
     return big(content.size()) + type + content + big(crc(type + content));
 }
 
-QByteArray encoded(const QImage &image, const char *format) {
+QByteArray encoded(const QImage &image, const char *format, QImageIOHandler::Transformations turn = {}) {
     QBuffer buffer;
     QImageWriter writer(&buffer, format);
     writer.setQuality(100);
+    writer.setTransformation(turn);
     return writer.write(image) ? buffer.data() : QByteArray();
 }
 
@@ -54,28 +55,11 @@ QByteArray webpWithExif(const QImage &image, const QByteArray &exif) {
     return "RIFF" + little(quint32(chunks.size())) + chunks;
 }
 
-QByteArray tiffTurned(const QImage &image, QImageIOHandler::Transformations turn) {
-    QBuffer buffer;
-    QImageWriter writer(&buffer, "tiff");
-    writer.setTransformation(turn);
-    return writer.write(image) ? buffer.data() : QByteArray();
-}
-
 /// A few hundred bytes that declare a picture of any size.
 QByteArray pngBomb(quint32 width, quint32 height, char colourType) {
     const QByteArray header = big(width) + big(height) + '\x08' + colourType + QByteArray(3, '\0');
     return "\x89PNG\r\n\x1A\n"_ba + pngChunk("IHDR", header) +
            pngChunk("IDAT", qCompress(QByteArray(100'000, '\0')).mid(4)) + pngChunk("IEND", {});
-}
-
-QByteArray bmpBomb(quint32 width, quint32 height) {
-    return "BM" + little(1000) + little(0) + little(54) + little(40) + little(width) + little(height) +
-           little(1, 2) + little(24, 2) + QByteArray(24 + 900, '\0');
-}
-
-QByteArray gifBomb() {
-    return "GIF89a\xFF\xFF\xFF\xFF\x80\0\0"_ba + QByteArray(6, '\0') +
-           ",\0\0\0\0\xFF\xFF\xFF\xFF\0\x02\x02\x44\x01\0;"_ba;
 }
 
 /// 4 gigapixels; the marker tells whether all at once or progressively.
@@ -147,35 +131,13 @@ private Q_SLOTS:
         QCOMPARE(ImageDecoder::image(file, 160 * 120).size(), QSize(160, 120));
     }
 
-    void turnedByMetadata_data() {
-        QTest::addColumn<int>("orientation");
-        QTest::addColumn<QImageIOHandler::Transformations>("turn");
-        using Turn = QImageIOHandler;
-        int orientation = 0;
-        for (const QImageIOHandler::Transformations turn :
-             {Turn::TransformationNone, Turn::TransformationMirror, Turn::TransformationRotate180,
-              Turn::TransformationFlip, Turn::TransformationFlipAndRotate90, Turn::TransformationRotate90,
-              Turn::TransformationMirrorAndRotate90, Turn::TransformationRotate270}) {
-            ++orientation;
-            QTest::addRow("%d", orientation) << orientation << turn;
-        }
-    }
-
     /// The formats whose metadata Qt's readers or writers do not know, or that carry them in their own way.
     void turnedByMetadata() {
-        QFETCH(int, orientation);
-        QFETCH(QImageIOHandler::Transformations, turn);
-        QImage stored = MediaMaker::pattern({640, 480});
-        // The reverse of what a reader does: turn back first, then mirror.
-        if (turn.testFlag(QImageIOHandler::TransformationRotate90)) {
-            stored = stored.transformed(QTransform().rotate(-90));
-        }
-        stored = stored.mirrored(turn.testFlag(QImageIOHandler::TransformationMirror),
-                                 turn.testFlag(QImageIOHandler::TransformationFlip));
-        const QByteArray exif = MediaMaker::exifOrientation(orientation, false);
+        const QImage stored = MediaMaker::pattern({640, 480}).transformed(QTransform().rotate(-90));
+        const QByteArray exif = MediaMaker::exifOrientation(6, false);
         for (const QByteArray &content :
-             {tiffTurned(stored, turn), pngWithExif(stored, exif), webpWithExif(stored, exif),
-              webpWithExif(stored, "Exif\0\0"_ba + exif)}) {
+             {encoded(stored, "tiff", QImageIOHandler::TransformationRotate90), pngWithExif(stored, exif),
+              webpWithExif(stored, exif), webpWithExif(stored, "Exif\0\0"_ba + exif)}) {
             const QImage thumbnail = ImageDecoder::thumbnail(made(content), 320);
             QCOMPARE(thumbnail.size(), QSize(320, 240));
             QVERIFY(MediaMaker::showsPattern(thumbnail));
@@ -214,9 +176,7 @@ private Q_SLOTS:
         QTest::addColumn<QSize>("stored");
         QTest::addColumn<QSize>("expected");
         QTest::newRow("never enlarged") << QSize(64, 48) << QSize(64, 48);
-        QTest::newRow("exactly the limit") << QSize(720, 100) << QSize(720, 100);
         QTest::newRow("one beyond") << QSize(721, 721) << QSize(720, 720);
-        QTest::newRow("upright") << QSize(1000, 1500) << QSize(480, 720);
         QTest::newRow("a thread") << QSize(4000, 2) << QSize(720, 1);
         QTest::newRow("odd sides") << QSize(1537, 1023) << QSize(720, 479);
     }
@@ -248,19 +208,6 @@ private Q_SLOTS:
             const QImage thumbnail = ImageDecoder::thumbnail(made(encoded(picture, format)), 50);
             QVERIFY2(isNear(thumbnail.pixelColor(25, 25), expected), format);
         }
-    }
-
-    void takesTheFirstPicture() {
-        // Two whole frames: red, then blue.
-        const auto frame = [](char colour) {
-            // Codes of three bits: clear, four pixels, end.
-            const quint32 codes = 4U | quint32(colour) * 0b001'001'001'001'000 | 5U << 15;
-            return "!\xF9\x04\0\x0A\0\0\0,\0\0\0\0\x02\0\x02\0\0\x02\x03"_ba + little(codes, 3) + '\0';
-        };
-        const QByteArray head = "GIF89a\x02\0\x02\0\x80\0\0\xFF\0\0\0\0\xFF"_ba;
-        const QImage image = ImageDecoder::thumbnail(made(head + frame(0) + frame(1) + ';'), 720);
-        QCOMPARE(image.size(), QSize(2, 2));
-        QCOMPARE(image.pixelColor(1, 1), QColor(Qt::red));
     }
 
     void contentDecides() {
@@ -400,10 +347,12 @@ private Q_SLOTS:
     void staysWithinMemory_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("PNG, 3.6 gigapixels") << pngBomb(60'000, 60'000, 2);
-        QTest::newRow("PNG, 16 bit") << pngBomb(30'000, 30'000, 6);
         QTest::newRow("PNG, greatest sides") << pngBomb(0x7FFFFFFF, 0x7FFFFFFF, 6);
-        QTest::newRow("BMP") << bmpBomb(60'000, 60'000);
-        QTest::newRow("GIF") << gifBomb();
+        QTest::newRow("BMP") << "BM" + little(1000) + little(0) + little(54) + little(40) + little(60'000) +
+                                    little(60'000) + little(1, 2) + little(24, 2) +
+                                    QByteArray(24 + 900, '\0');
+        QTest::newRow("GIF") << "GIF89a\xFF\xFF\xFF\xFF\x80\0\0"_ba + QByteArray(6, '\0') +
+                                    ",\0\0\0\0\xFF\xFF\xFF\xFF\0\x02\x02\x44\x01\0;"_ba;
         QTest::newRow("JPEG") << jpegBomb('\xC0');
         QTest::newRow("JPEG, progressive") << jpegBomb('\xC2');
     }

@@ -24,10 +24,6 @@ QByteArray bmp(int length, int width, int height) {
            (old ? little(height, 2) : little(height)) + QByteArray(64, '\0');
 }
 
-QByteArray gif(int width, int height) {
-    return "GIF89a" + little(width, 2) + little(height, 2) + QByteArray(64, '\0');
-}
-
 QByteArray webp(const QByteArray &chunk) {
     return "RIFF" + little(1000) + "WEBP" + chunk + QByteArray(64, '\0');
 }
@@ -94,15 +90,10 @@ private Q_SLOTS:
             QTest::newRow(name) << content << size;
         };
         row("ico", "\0\0\1\0\1\0\x20\0"_ba + QByteArray(64, '\0'), {32, 256});
-        row("ico of nothing", "\0\0\1\0\1\0"_ba, none);
         row("bmp", Header::bmp(40, 300, 200), {300, 200});
         row("bmp from the top", Header::bmp(40, 300, -200), {300, 200});
         row("bmp of OS/2", Header::bmp(12, 300, 200), {300, 200});
-        row("bmp of negative width", Header::bmp(40, -300, 200), none);
         row("bmp of least height", Header::bmp(40, 300, std::numeric_limits<int>::min()), none);
-        row("bmp of odd header", Header::bmp(8, 300, 200), none);
-        row("gif", Header::gif(65535, 2), {65535, 2});
-        row("gif without width", Header::gif(0, 2), none);
         row("webp lossy",
             Header::webp("VP8 " + little(900) + QByteArray("\x10\0\0\x9D\x01\x2A", 6) +
                          little(300 | 0x4000, 2) + little(200, 2)),
@@ -112,21 +103,14 @@ private Q_SLOTS:
         row("webp extended",
             Header::webp("VP8X" + little(10) + little(0) + little(16383).left(3) + little(199).left(3)),
             {16384, 200});
-        row("webp unknown", Header::webp("VP9 " + little(900)), none);
         row("big tiff", Header::bigTiff(70'000, 2), {70'000, 2});
         row("tiff that begins nowhere", QByteArray("II*\0\xF0\xFF\xFF\xFF", 8) + QByteArray(100, '\0'), none);
-        row("png", Header::png(300, 200), {300, 200});
         row("png of phones", Header::png(300, 200, true), {300, 200});
-        row("png too large", Header::png(0x80000000, 200), none);
         row("png of no height", Header::png(300, 0), none);
         row("bomb", Header::png(2'000'000'000, 2'000'000'000), {2'000'000'000, 2'000'000'000});
         row("jpeg after 4 MB", Header::longJpeg(64), {512, 256});
         row("jpeg without picture", Header::longJpeg(1).left(60'000), none);
-        row("jpeg of scan first", QByteArray("\xFF\xD8\xFF\xDA\0\x08", 6) + QByteArray(60, '\0'), none);
         row("jpeg of short segment", QByteArray("\xFF\xD8\xFF\xE0\0\x01", 6) + QByteArray(60, '\0'), none);
-        row("empty", "", none);
-        row("one byte", "\xFF", none);
-        row("text", "Not an image at all, and long enough to look for one.", none);
         row("zeros", QByteArray(50'000, '\0'), none);
         row("noise", MediaMaker::noise(50'000), none);
         row("box file of nothing", big(24) + "ftypheic" + big(0) + "heicmif1" + QByteArray(1000, '\0'), none);

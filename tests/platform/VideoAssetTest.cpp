@@ -2,6 +2,7 @@
 
 #include "MediaMaker.h"
 #include "TemporaryFolder.h"
+#include "VideoStill.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -89,20 +90,26 @@ private Q_SLOTS:
         }
     }
 
-    /// Whatever the damage, an answer comes, and it is a size or none.
+    /// Whatever the damage, answers come: a size or none, a picture or none. What is left of a file that was
+    /// cut shows one.
     void damagedFiles() {
         QFETCH(QByteArray, extension);
         const FileURL whole = m_folder.at("whole." + extension);
-        QVERIFY(MediaMaker::video(whole));
+        QVERIFY(MediaMaker::video(whole, {.indexAtEnd = false}));
+        const QByteArray content = MediaMaker::read(whole);
         const FileURL damaged = m_folder.at("damaged." + extension);
-        for (const QByteArray &variant : MediaMaker::damaged(MediaMaker::read(whole), 15)) {
+        for (const QByteArray &variant : MediaMaker::damaged(content, 15)) {
             QVERIFY(MediaMaker::write(damaged, variant));
             QElapsedTimer timer;
             timer.start();
             const auto size = VideoAsset::displaySize(damaged);
             QVERIFY(!size || (size->width() > 0 && size->height() > 0));
+            const QImage still = VideoStill::frame(damaged, 200);
+            QVERIFY(still.width() <= 200 && still.height() <= 200);
             QVERIFY(timer.elapsed() < patience);
         }
+        QVERIFY(MediaMaker::write(damaged, content.left(content.size() * 3 / 4)));
+        QVERIFY(!VideoStill::frame(damaged, 200).isNull());
     }
 
     void readsNamesOfAnyBytes() {

@@ -4,7 +4,6 @@
 #include "TemporaryFolder.h"
 
 #include <QColor>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTest>
 
@@ -120,33 +119,6 @@ private Q_SLOTS:
         const QImage still = VideoStill::frame(url("both.mp4"), 720);
         QCOMPARE(still.size(), QSize(320, 240));
         QVERIFY(MediaMaker::showsPattern(still));
-    }
-
-    void damagedFilesEnd_data() {
-        QTest::addColumn<QByteArray>("extension");
-        for (const char *extension : {"mp4", "mkv", "ts", "avi", "flv", "mpg", "wmv", "ogv"}) {
-            QTest::newRow(extension) << QByteArray(extension);
-        }
-    }
-
-    void damagedFilesEnd() {
-        QFETCH(QByteArray, extension);
-        QVERIFY(MediaMaker::video(url("whole." + extension), {.size = {176, 144}, .indexAtEnd = false}));
-        const QByteArray content = MediaMaker::read(url("whole." + extension));
-        const QList<QByteArray> variants = MediaMaker::damaged(content, 15);
-        const FileURL damaged = url("damaged." + extension);
-        QElapsedTimer timer;
-        timer.start();
-        for (const QByteArray &variant : variants) {
-            QVERIFY(MediaMaker::write(damaged, variant));
-            const QImage still = VideoStill::frame(damaged, 320);
-            QVERIFY(still.width() <= 320 && still.height() <= 320);
-        }
-        // Each of the attempts is bounded.
-        QVERIFY(timer.elapsed() < variants.size() * (VideoStill::timeLimit + 5) * 1000);
-        // What is left of a file that was cut still gives a picture.
-        QVERIFY(MediaMaker::write(damaged, content.left(content.size() * 3 / 4)));
-        QVERIFY(!VideoStill::frame(damaged, 320).isNull());
     }
 };
 

