@@ -122,6 +122,11 @@ class Window(Scenario):
                 act()
                 mosa.see(BUTTON, "Zoom", value="")
                 wait_until(lambda: frame(window) == small, "the frame of before")
+        mosa.press(BUTTON, "Zoom")
+        mosa.key("F11")
+        filled()
+        mosa.key("F11")
+        zoomed()
 
     def test_a_second_start_hands_over_its_first_folder_and_raises(self):
         mosa, window = self.opened()

@@ -4,7 +4,6 @@
 
 #include <QtTest>
 
-#include <array>
 #include <atomic>
 #include <optional>
 #include <thread>

@@ -6,7 +6,6 @@
 
 #include <QGuiApplication>
 #include <QOpenGLContext>
-#include <QQuickView>
 #include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -169,20 +168,6 @@ private Q_SLOTS:
         const QImage image = shown();
         QCOMPARE(image.pixelColor(10, 230), QColor(Qt::magenta)); // the first one is empty
         QVERIFY(MediaMaker::showsPattern(image.copy(160, 0, 160, 120)));
-    }
-
-    void movesToAnotherWindow() {
-        const auto *player = play(m_wide, false);
-        QTRY_VERIFY_WITH_TIMEOUT(player->hasRenderedFrame(), longWait);
-        QQuickWindow other;
-        other.resize(320, 240);
-        other.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&other, longWait));
-        m_surface->setParentItem(nullptr);
-        QVERIFY(player->surface()->backingSize().isEmpty());
-        m_surface->setParentItem(other.contentItem());
-        QVERIFY(MediaMaker::showsPattern(other.grabWindow()));
-        m_surface->setParentItem(m_window->contentItem());
     }
 
     /// From the moment that a frame is announced, the picture is the video's.

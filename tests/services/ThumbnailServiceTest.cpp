@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QMutex>
 #include <QSemaphore>
-#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 

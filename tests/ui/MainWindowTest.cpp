@@ -69,22 +69,6 @@ private Q_SLOTS:
         QVERIFY(!window.isFullScreen());
     }
 
-    void returnsFromFullScreenMaximised() {
-        MainWindow window;
-        window.open();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        window.toggleMaximised();
-        QVERIFY(window.isMaximised());
-        window.toggleFullScreen();
-        QVERIFY(window.isFullScreen() && !window.isMaximised());
-        window.toggleMaximised();
-        QVERIFY(window.isFullScreen());
-        window.toggleFullScreen();
-        QVERIFY(window.isMaximised());
-        window.toggleMaximised();
-        QVERIFY(!window.isMaximised());
-    }
-
     // What takes presses and what leaves them to the window.
     void doubleClickZooms_data() {
         QTest::addColumn<QByteArray>("child");

@@ -5,7 +5,7 @@
 #include "NotificationNames.h"
 #include "RecordingMPV.h"
 
-#include <QSignalSpy>
+#include <QElapsedTimer>
 #include <QTest>
 
 #include <memory>
