@@ -100,6 +100,11 @@ class Window(Scenario):
         mosa.see(BUTTON, "Zoom", value="Maximised")
         mosa.press(BUTTON, "Zoom")
         wait_until(lambda: frame(window) == higher, "the frame of before")
+        mosa.key("F11")
+        mosa.see_gone(BUTTON, "Zoom")
+        mosa.end()
+        _, window = self.opened()
+        wait_until(lambda: frame(window) == higher, "the frame beneath the full screen")
 
     def test_zooms_and_fills_the_screen(self):
         mosa, window = self.opened()

@@ -1,6 +1,5 @@
 #include "MainWindow.h"
 
-#include "../state/AppStateFixture.h"
 #include "NotificationCentre.h"
 #include "NotificationNames.h"
 
@@ -9,41 +8,13 @@
 #include <QSignalSpy>
 #include <QTest>
 
-namespace {
-
-constexpr int limit = 30000;
-const QString key = QStringLiteral("MosaMainWindow");
-
-void clickTwice(QWindow &window, QPoint point) {
-    QTest::mouseClick(&window, Qt::LeftButton, {}, point);
-    QTest::mouseDClick(&window, Qt::LeftButton, {}, point);
-}
-
-} // namespace
-
 class MainWindowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void keepsTheFrameBeneathFullScreen() {
-        TestPreferences preferences;
-        MainWindow window(&preferences);
-        window.open();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        const QRect frame(5, 6, 925, 630);
-        window.setGeometry(frame);
-        QTRY_VERIFY_WITH_TIMEOUT(preferences.values.contains(key), limit);
-        window.setWindowStates(Qt::WindowFullScreen);
-        QTRY_VERIFY_WITH_TIMEOUT(window.windowStates().testFlag(Qt::WindowFullScreen), limit);
-        window.close();
-        const auto kept = WindowFrame::fromText(preferences.values.value(key));
-        QVERIFY(kept.has_value());
-        QCOMPARE(kept->frame, frame);
-        QVERIFY(!kept->maximised);
-    }
-
     /// Whoever changes it: here not the program.
     void announcesFullScreen() {
+        constexpr int limit = 30'000;
         MainWindow window;
         window.open();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -93,7 +64,8 @@ private Q_SLOTS:
         window.setContent({}, &component, root);
         window.open();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        clickTwice(window, {400, 300});
+        QTest::mouseClick(&window, Qt::LeftButton, {}, {400, 300});
+        QTest::mouseDClick(&window, Qt::LeftButton, {}, {400, 300});
         QCOMPARE(window.isMaximised(), zooms);
         QSignalSpy menus(&window, &MainWindow::menuRequested);
         QTest::mouseClick(&window, Qt::RightButton, {}, {400, 300});
