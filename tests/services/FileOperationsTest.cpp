@@ -7,7 +7,6 @@
 #include <QtTest>
 
 #include <atomic>
-#include <mutex>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +18,6 @@ class FileOperationsTest : public QObject {
     std::optional<TemporaryFolder> m_root;
     QByteArray m_from;
     QByteArray m_to;
-    std::mutex m_mutex;
     QByteArrayList m_reports;
 
     QList<FileURL> makeFiles(int count) const {
@@ -34,7 +32,6 @@ class FileOperationsTest : public QObject {
 
     FileOperations::Progress progress() {
         return [this](qsizetype done, qsizetype total) {
-            const std::scoped_lock lock(m_mutex);
             m_reports.append(QByteArray::number(done) + '/' + QByteArray::number(total));
         };
     }
@@ -45,7 +42,6 @@ class FileOperationsTest : public QObject {
     }
 
     bool reportedEachOf(qsizetype total) {
-        const std::scoped_lock lock(m_mutex);
         QByteArrayList expected;
         for (qsizetype done = 1; done <= total; ++done) {
             expected.append(QByteArray::number(done) + '/' + QByteArray::number(total));

@@ -12,9 +12,9 @@ constexpr int patience = 60'000;
 } // namespace
 
 SystemCallTrace::Ending SystemCallTrace::run(const QByteArrayList &command) {
-    QByteArray script = "exec";
+    QStringList words;
     for (const QByteArray &word : command) {
-        script += " '" + QByteArray(word).replace('\'', "'\\''") + '\'';
+        words.append(QString::fromUtf8(word));
     }
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -22,7 +22,7 @@ SystemCallTrace::Ending SystemCallTrace::run(const QByteArrayList &command) {
     environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QString::fromUtf8(script)});
+    process.start(words.constFirst(), words.mid(1));
     Ending ending;
     if (!process.waitForFinished(patience)) {
         process.kill();

@@ -32,13 +32,12 @@ class ThumbnailServiceTest : public QObject {
     // Last, so that it ends before what its threads use.
     std::unique_ptr<ThumbnailService> m_service;
 
-    std::unique_ptr<ThumbnailService> makeService(std::chrono::milliseconds patience) {
-        return std::make_unique<ThumbnailService>(ThumbnailService::Settings{
+    void start(std::chrono::milliseconds patience = 1min) {
+        m_service = std::make_unique<ThumbnailService>(ThumbnailService::Settings{
             .cacheDirectory = FileURL::fromPath(m_folder->path() + u"/Mosa/Thumbnails"_s),
             .generate = [this](const MediaFile &file, int) { return generate(file); },
             .patience = patience});
     }
-    void start(std::chrono::milliseconds patience = 1min) { m_service = makeService(patience); }
 
     QImage generate(const MediaFile &file) {
         const QString name = file.url.lastPathComponent();
@@ -197,22 +196,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(made(), "10"_L1, limit);
         QVERIFY(!answer(1).isNull());
         QCOMPARE(made(), "10 1"_L1);
-    }
-
-    void twoProgramsShareTheDirectory() {
-        start();
-        const auto other = makeService(1min);
-        QList<Future> futures;
-        for (int i = 0; i < 60; ++i) {
-            futures << ask(i) << other->image(photo(i), 720);
-        }
-        for (const Future &future : std::as_const(futures)) {
-            QVERIFY(ends(future));
-            QCOMPARE(future.result().size(), QSize(72, 48));
-        }
-        QVERIFY(m_service->finish(30s) && other->finish(30s));
-        const QDir directory(m_folder->path() + u"/Mosa/Thumbnails"_s);
-        QCOMPARE(directory.entryList(QDir::Files | QDir::Hidden).size(), 60);
     }
 
     void worksWithoutADirectory() {

@@ -99,26 +99,11 @@ private Q_SLOTS:
         QCOMPARE(::rmdir(native.constData()), 0);
     }
 
-    void makesAFolder_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("made");
-
-        QTest::newRow("new") << "Best of 2024" << true;
-        QTest::newRow("there already") << "a" << false;
-        QTest::newRow("a path") << "a/b" << false;
-        QTest::newRow("the folder itself") << "." << false;
-        QTest::newRow("no name") << "" << false;
-    }
-
-    void makesAFolder() {
-        QFETCH(QString, name);
-        QFETCH(bool, made);
-        m_browser->createFolder(name);
-        if (made) {
-            QTRY_COMPARE(m_browser->text(), m_directory->path() + u'/' + name + u'/');
-            QVERIFY(QDir(m_directory->path() + u'/' + name).exists());
+    void makesNoFolderOfSuchAName() {
+        for (const char *name : {"a", "a/b", ".", ""}) {
+            m_browser->edit(path("b"));
             QVERIFY(m_browser->error().isEmpty());
-        } else {
+            m_browser->createFolder(QString::fromLatin1(name));
             QTRY_VERIFY(!m_browser->error().isEmpty());
             QCOMPARE(m_browser->folderPath(), m_directory->path());
         }
