@@ -17,6 +17,13 @@ FocusScope {
     /// preview runs that a screen reader started.
     readonly property bool controlled: preview.hovering || preview.controller !== null || hitArea.activeFocus || controls.activeFocus
 
+    function followPointer(): void {
+        if (pointer.hovered)
+            preview.entered();
+        else
+            preview.left();
+    }
+
     MediaAspectRatioKey.value: item.aspectRatio
 
     onActiveFocusChanged: {
@@ -32,12 +39,8 @@ FocusScope {
     HoverHandler {
         id: pointer
 
-        onHoveredChanged: {
-            if (hovered)
-                preview.entered();
-            else
-                preview.left();
-        }
+        // Not within the frame that brought the cell under a resting pointer: a player's start would hold that up.
+        onHoveredChanged: Qt.callLater(cell.followPointer)
     }
 
     Loader {
