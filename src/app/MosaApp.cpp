@@ -7,6 +7,7 @@
 #include "DirectoryTest.h"
 #include "FolderScanner.h"
 #include "GlobalMenu.h"
+#include "MPVFunctions.h"
 #include "MainWindow.h"
 #include "MenuCommands.h"
 #include "MosaUpdaterController.h"
@@ -86,6 +87,11 @@ void MosaApp::makeState() {
     services.alerts = m_alerts.get();
     services.preferences = m_preferences.get();
     m_state = std::make_unique<AppState>(std::move(services));
+    // Loaded while the first folder is scanned, the player library is there before a video can be pointed at.
+    connect(
+        m_state.get(), &AppState::isScanningChanged, this,
+        [] { BackgroundTask::run<void>([](QPromise<void> &) { MPVFunctions::real(); }); },
+        Qt::SingleShotConnection);
     m_updater = std::make_unique<MosaUpdaterController>(QDBusConnection::systemBus(),
                                                         ApplicationIdentity::packageName);
 }

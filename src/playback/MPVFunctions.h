@@ -35,7 +35,8 @@ struct MPVFunctions {
     void (*renderContextReportSwap)(mpv_render_context *);
     void (*renderContextFree)(mpv_render_context *);
 
-    /// The library itself.
+    /// The library itself, loaded by the first call, which takes longer than all else at the program's start
+    /// for everything that it links in turn. Any thread. Where it is missing, create() makes no player.
     static const MPVFunctions &real();
     /// What new players take when they are not given a table: real(), unless a test put another in its place.
     static const MPVFunctions &standard();
