@@ -12,6 +12,7 @@
 
 #include <QFile>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QQuickWindow>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -85,7 +86,8 @@ private:
     std::vector<std::unique_ptr<Cell>> m_cells;
     QRandomGenerator m_random{7};
     Cell *m_hovered = nullptr;
-    bool m_clicked = false;
+    /// Once clicked it stays audible to its end, also when the pointer leaves and is soon back.
+    QPointer<MPVPlayerController> m_clicked;
 };
 
 Soak::Soak(const QByteArray &folder, QQuickItem *parent) {
@@ -104,7 +106,6 @@ void Soak::leave() {
         m_hovered->preview.left();
     }
     m_hovered = nullptr;
-    m_clicked = false;
 }
 
 void Soak::rest() {
@@ -133,7 +134,7 @@ void Soak::act() {
         leave();
     } else if (dice < 80) {
         m_hovered->preview.clicked();
-        m_clicked = true;
+        m_clicked = m_hovered->preview.controller();
     } else if (dice < 95) {
         if (MPVPlayerController *player = m_hovered->preview.controller()) {
             player->seek(m_random.bounded(2.0));
@@ -151,7 +152,7 @@ bool Soak::holds() const {
         return cell->preview.controller() != nullptr;
     });
     const MPVPlayerController *player = m_hovered ? m_hovered->preview.controller() : nullptr;
-    return running <= 1 && (!player || m_clicked || player->isMuted());
+    return running <= 1 && (!player || player == m_clicked || player->isMuted());
 }
 
 bool makeFiles(const QByteArray &folder) {

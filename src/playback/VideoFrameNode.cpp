@@ -17,7 +17,10 @@ VideoFrameNode::VideoFrameNode(QQuickWindow *window)
 }
 
 void VideoFrameNode::showFramesOf(const std::shared_ptr<const VideoFrameSlot> &slot, const QRectF &bounds) {
-    m_slot = slot;
+    if (m_slot != slot) {
+        m_slot = slot;
+        m_frame.number = 0; // another view counts its own frames
+    }
     m_bounds = bounds;
     fetchFrame();
     place();
