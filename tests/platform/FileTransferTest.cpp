@@ -179,9 +179,9 @@ private Q_SLOTS:
         second("two dots", "archive.tar.gz", "archive.tar 2.gz");
         second("leading dot", ".mp4", ".mp4 2");
         second("not UTF-8", "\xff\xfe.mp4", "\xff\xfe 2.mp4");
-        // 125 characters of two bytes; three bytes go, so two characters must.
+        // Characters of two bytes, of which one byte too many must go.
         const QByteArray accents = "\xc3\xa9"_ba.repeated(125);
-        second("no room, between characters", 'a' + accents + ".mp4", 'a' + accents.left(248) + " 2.mp4");
+        second("no room, between characters", accents + ".mp4", accents.left(248) + " 2.mp4");
         second("no character to keep whole", QByteArray(251, '\x80') + ".mp4",
                QByteArray(249, '\x80') + " 2.mp4");
         const QByteArray hugeExtension = "a." + QByteArray(253, 'x');
