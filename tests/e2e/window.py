@@ -1,5 +1,6 @@
 """The window itself: its edges, place, states and end, and what comes to it from outside."""
 
+import itertools
 import os
 import pathlib
 import signal
@@ -42,11 +43,12 @@ def drag(window, start, end):
     """Presses at a point of the screen and moves until the window follows; only then is the way gone to its end. A
     window manager that is asked to move a window after the button is up moves nothing."""
     before = frame(window)
-    near = [a + (12 if b > a else -12) for a, b in zip(start, end)]
+    # Two places, since wherever the pointer is when the window manager takes over, the window has not moved yet.
+    near = itertools.cycle([a + (far if b > a else -far) for a, b in zip(start, end)] for far in (12, 16))
     xdotool("mousemove", *start, "mousedown", 1)
 
     def follows():
-        xdotool("mousemove", near[0] - 2, near[1] - 2, "mousemove", *near)
+        xdotool("mousemove", *next(near))
         return frame(window) != before
     try:
         wait_until(follows, "the window to follow the pointer")
