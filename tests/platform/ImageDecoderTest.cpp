@@ -148,10 +148,8 @@ private Q_SLOTS:
         QTest::addColumn<QImage::Format>("format");
         QTest::addColumn<QByteArray>("container");
         QTest::newRow("16 bit PNG") << QImage::Format_RGBX64 << "png"_ba;
-        QTest::newRow("16 bit PNG with alpha") << QImage::Format_RGBA64 << "png"_ba;
         QTest::newRow("PNG with alpha") << QImage::Format_ARGB32 << "png"_ba;
         QTest::newRow("palette PNG") << QImage::Format_Indexed8 << "png"_ba;
-        QTest::newRow("palette BMP") << QImage::Format_Indexed8 << "bmp"_ba;
         QTest::newRow("16 bit TIFF") << QImage::Format_RGBX64 << "tiff"_ba;
         QTest::newRow("palette TIFF") << QImage::Format_Indexed8 << "tiff"_ba;
         QTest::newRow("WebP with alpha") << QImage::Format_ARGB32 << "webp"_ba;
@@ -245,7 +243,6 @@ private Q_SLOTS:
         const QByteArray body = MediaMaker::exifOrientation(6, false);
         QTest::newRow("big or little endian, 6") << body << int(QImageIOHandler::TransformationRotate90);
         QTest::newRow("empty") << QByteArray() << 0;
-        QTest::newRow("no TIFF") << QByteArray(64, 'x') << 0;
         QTest::newRow("directory beyond the end") << QByteArray("II*\0\xFF\xFF\xFF\x7F\0\0", 10) << 0;
         QTest::newRow("many entries, none there") << QByteArray("II*\0\x08\0\0\0\xFF\xFF", 10) << 0;
         QTest::newRow("out of range")
