@@ -4,6 +4,9 @@
 #include <private/qaccessiblequickitem_p.h>
 #include <private/qquickitem_p.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace AccessibleItem {
 namespace {
 
@@ -32,6 +35,42 @@ public:
         if (item()->isEnabled()) {
             QAccessibleQuickItem::doAction(name);
         }
+    }
+
+    QAccessibleInterface *child(int index) const override {
+        if (role() != QAccessible::List) {
+            return QAccessibleQuickItem::child(index);
+        }
+        const std::vector<QAccessibleInterface *> children = inOrder();
+        return index >= 0 && index < int(children.size()) ? children[size_t(index)] : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface *child) const override {
+        if (role() != QAccessible::List) {
+            return QAccessibleQuickItem::indexOfChild(child);
+        }
+        const std::vector<QAccessibleInterface *> children = inOrder();
+        const auto found = std::find(children.begin(), children.end(), child);
+        return found == children.end() ? -1 : int(found - children.begin());
+    }
+
+private:
+    // A view leaves rows that moved where they were among its children, and makes others as it scrolls.
+    std::vector<QAccessibleInterface *> inOrder() const {
+        const int count = childCount();
+        std::vector<QAccessibleInterface *> children;
+        children.reserve(size_t(count));
+        for (int index = 0; index < count; ++index) {
+            children.push_back(QAccessibleQuickItem::child(index));
+        }
+        const auto isRow = [](const auto *child) {
+            return child != nullptr && child->role() == QAccessible::ListItem;
+        };
+        const auto rows = std::stable_partition(children.begin(), children.end(), isRow);
+        std::stable_sort(children.begin(), rows, [](const auto *one, const auto *other) {
+            return one->rect().top() < other->rect().top();
+        });
+        return children;
     }
 };
 

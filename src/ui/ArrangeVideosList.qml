@@ -45,7 +45,8 @@ ListView {
     // The rows are dragged; the list scrolls by wheel, touchpad and scroll bar.
     interactive: false
     reuseItems: true
-    cacheBuffer: 200
+    // Assistive technology would be told of rows beyond the edge as if they were to be seen.
+    cacheBuffer: 0
     activeFocusOnTab: true
     highlightMoveDuration: 0
     currentIndex: 0

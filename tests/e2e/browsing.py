@@ -4,6 +4,7 @@ import re
 
 import samples
 import scenario
+from accessibility import wait_until
 from scenario import BUTTON, Scenario
 
 PAGE = re.compile(r"^\d+ / \d+$")
@@ -76,7 +77,10 @@ class Browsing(Scenario):
         before = self.order(mosa)
         mosa.press(BUTTON, "Arrange")
         mosa.see(name="Arrange Videos")
+        rows = self.rows(mosa)
         mosa.press(BUTTON, "Move Down")
+        mosa.see("list item", value="1", name=rows[1])
+        wait_until(lambda: self.rows(mosa) == [rows[1], rows[0], rows[2]], "the rows in their new order")
         mosa.key("Return")
         mosa.see_gone(name="Arrange Videos")
         self.assertEqual(self.order(mosa), [before[1], before[0], before[2]])
@@ -85,6 +89,10 @@ class Browsing(Scenario):
         mosa.key("Return")
         mosa.see_gone(name="Arrange Videos")
         self.assertEqual(self.order(mosa), before)
+
+    def rows(self, mosa):
+        """As assistive technology goes through them."""
+        return [row.name for row in mosa.all("list item")]
 
     def order(self, mosa):
         mosa.see(name=re.compile("^Play preview: "))
