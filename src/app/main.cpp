@@ -29,6 +29,16 @@ CommandLine readCommandLine(int argc, char *argv[]) {
                               QByteArray(workingDirectory != nullptr ? workingDirectory : "/"));
 }
 
+/// The XDG Base Directory specification calls relative paths invalid; they would lie wherever Mosa was
+/// started.
+void ignoreRelativeDirectories() {
+    for (const char *variable : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+        if (!qgetenv(variable).startsWith('/')) {
+            qunsetenv(variable);
+        }
+    }
+}
+
 /// The exit code of a command line that asks for something else than the window.
 int answer(const CommandLine &commandLine) {
     switch (commandLine.action) {
@@ -68,6 +78,7 @@ int main(int argc, char *argv[]) {
     if (commandLine.action != CommandLine::Action::Run) {
         return answer(commandLine);
     }
+    ignoreRelativeDirectories();
     HeapPolicy::returnLargeBlocks();
     MessageBuses::avoidStuckOnes(300ms);
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);

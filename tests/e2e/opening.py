@@ -1,11 +1,13 @@
 """The folder picker, and every way to hand over a folder."""
 
 import os
+import pathlib
 import shutil
 import signal
 
 import samples
 import scenario
+from accessibility import wait_until
 from scenario import BUTTON, Scenario
 
 # Root reads what is forbidden to it, unless it gives up that privilege.
@@ -44,6 +46,16 @@ class Opening(Scenario):
         mosa = self.mosa((folder / "clip 1.mp4").as_uri())
         mosa.see(name="Videos 1")
         mosa.see(name="Play preview: clip 1.mp4")
+
+    def test_relative_directories_in_the_environment_do_not_count(self):
+        self.addCleanup(shutil.rmtree, "relative", ignore_errors=True)
+        relative = dict.fromkeys(("XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"), "relative")
+        mosa = self.mosa(samples.folder(self.home / "clips", videos=1), **relative)
+        mosa.see(name="Videos 1")
+        thumbnails = pathlib.Path(os.environ["HOME"], ".cache/Mosa/Thumbnails")
+        wait_until(lambda: any(thumbnails.glob("*.jpg")), "a thumbnail in the user's cache")
+        mosa.end()
+        self.assertFalse(pathlib.Path("relative").exists())
 
     def test_names_that_are_rarely_met_are_shown_and_opened(self):
         folder = os.fsencode(samples.folder(self.home / "odd"))
