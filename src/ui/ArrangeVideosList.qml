@@ -162,6 +162,7 @@ ListView {
             anchors.verticalCenter: parent.verticalCenter
             text: view.draggedName
             textFormat: Text.PlainText
+            horizontalAlignment: Text.AlignLeft
             elide: Text.ElideMiddle
             font: MosaLook.body
             color: MosaLook.primary

@@ -86,6 +86,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: row.name
         textFormat: Text.PlainText
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideMiddle
         maximumLineCount: 1
         font: MosaLook.body

@@ -39,7 +39,7 @@ Item {
                 id: symbol
                 anchors.verticalCenter: parent.verticalCenter
                 name: "exclamationmark.triangle.fill"
-                size: 14
+                size: 13
                 color: MosaLook.warning
             }
             Text {
@@ -62,8 +62,7 @@ Item {
                 id: dismiss
                 anchors.verticalCenter: parent.verticalCenter
                 symbol: "xmark"
-                symbolSize: 12
-                symbolWeight: Font.Medium
+                symbolWeight: Font.Normal
                 Accessible.name: qsTr("Dismiss")
                 onClicked: banner.dismissed()
             }

@@ -19,7 +19,7 @@ MosaButtonBase {
     horizontalPadding: 6
     toolTip: open ? "" : qsTr("Flags and File Actions")
     foreground: any ? MosaLook.mosaRed : MosaLook.secondary
-    opacity: down && !open ? 0.7 : 1
+    opacity: !enabled ? MosaLook.disabledOpacity : down && !open ? 0.7 : 1
     fill: open ? Qt.rgba(1, 1, 1, 0.09) : "transparent"
     pressedFill: fill
 

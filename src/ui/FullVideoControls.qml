@@ -63,6 +63,7 @@ ColumnLayout {
             Layout.fillWidth: true
             text: root.item.url.lastPathComponent.replace(/\n/g, " ")
             textFormat: Text.PlainText
+            horizontalAlignment: Text.AlignLeft
             Accessible.role: Accessible.StaticText
             Accessible.name: text
             elide: Text.ElideMiddle

@@ -27,7 +27,7 @@ T.TabButton {
         text: segment.text
         font: segment.font
         color: segment.selected ? MosaLook.primary : MosaLook.secondary
-        opacity: segment.down && !segment.selected ? 0.7 : 1
+        opacity: !segment.enabled ? MosaLook.disabledOpacity : segment.down && !segment.selected ? 0.7 : 1
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight

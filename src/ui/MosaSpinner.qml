@@ -30,6 +30,9 @@ Item {
         size: spinner.size
         weight: Font.Medium
         color: Qt.rgba(1, 1, 1, 0.65)
+        // Symbols are drawn pixel by pixel, which looks ragged where one turns.
+        layer.enabled: true
+        layer.smooth: true
 
         RotationAnimator on rotation {
             from: 0

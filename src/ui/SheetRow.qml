@@ -51,6 +51,7 @@ SmoothRectangle {
         anchors.verticalCenter: parent.verticalCenter
         text: row.name
         textFormat: Text.PlainText
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideMiddle
         font: MosaLook.body
         color: row.current && row.emphasised ? "white" : MosaLook.primary
