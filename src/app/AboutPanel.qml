@@ -59,7 +59,7 @@ Panel {
             width: 1
             height: 6
         }
-        MosaSecondaryButton {
+        MosaPushButton {
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("Close")
             focus: true

@@ -20,7 +20,7 @@ Item {
     readonly property bool questioned: about.visible || updates.visible || sheets.active
 
     function openMenu(position: point): void {
-        menu.popup(root, position.x, position.y);
+        menu.openAt(root, position);
     }
     /// Below its control, as the keyboard and the control ask for it.
     function pullMenuDown(): void {

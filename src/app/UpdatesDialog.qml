@@ -60,21 +60,23 @@ Panel {
         }
         Row {
             anchors.right: parent.right
+            topPadding: 4
             spacing: 10
 
-            MosaSecondaryButton {
+            MosaPushButton {
                 id: hide
                 visible: root.updater.busy
                 text: qsTr("Hide")
                 onClicked: root.close()
             }
-            MosaSecondaryButton {
+            MosaPushButton {
                 visible: root.updater.installable
                 text: qsTr("Later")
                 onClicked: root.close()
             }
-            MosaPrimaryButton {
+            MosaPushButton {
                 id: answer
+                isDefault: true
                 visible: !root.updater.busy
                 text: root.updater.installable ? qsTr("Install Update") : qsTr("OK")
                 onClicked: root.updater.installable ? root.updater.install() : root.close()

@@ -77,6 +77,12 @@ ListView {
     moveDisplaced: move
 
     T.ScrollBar.vertical: MosaScrollBar {}
+    RowHover {
+        id: hover
+
+        view: view
+        rowHeight: view.rowHeight
+    }
     WheelHandler {
         onWheel: event => {
             const distance = event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 120 * 3 * view.rowHeight;
@@ -109,7 +115,7 @@ ListView {
         count: view.count
         current: view.activeFocus && ListView.isCurrentItem
         dimmed: view.draggedRow === index
-        dragging: view.draggedRow >= 0
+        hovered: hover.row === index && view.draggedRow < 0
         onUp: view.step(index, -1)
         onDown: view.step(index, 1)
         onPressed: {

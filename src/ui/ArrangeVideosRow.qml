@@ -13,8 +13,7 @@ Item {
     property int count: 0
     property bool current: false
     property bool dimmed: false
-    /// A row is being dragged: none lights up under the pointer.
-    property bool dragging: false
+    property bool hovered: false
 
     signal up
     signal down
@@ -33,10 +32,7 @@ Item {
         anchors.fill: parent
         anchors.margins: 1
         radius: 6
-        color: row.current ? Qt.rgba(1, 1, 1, 0.12) : hover.hovered && !row.dragging ? Qt.rgba(1, 1, 1, 0.05) : "transparent"
-    }
-    HoverHandler {
-        id: hover
+        color: row.current ? Qt.rgba(1, 1, 1, 0.12) : row.hovered ? Qt.rgba(1, 1, 1, 0.05) : "transparent"
     }
     TapHandler {
         onPressedChanged: {

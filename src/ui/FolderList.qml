@@ -56,6 +56,12 @@ Item {
         highlightMoveDuration: 0
         highlightFollowsCurrentItem: false
         onCurrentIndexChanged: positionViewAtIndex(currentIndex, ListView.Contain)
+        RowHover {
+            id: hover
+
+            view: view
+            rowHeight: 26
+        }
         T.ScrollBar.vertical: MosaScrollBar {}
 
         delegate: SheetRow {
@@ -66,6 +72,7 @@ Item {
             symbol: "folder.fill"
             current: index === root.browser.currentRow
             emphasised: root.activeFocus
+            hovered: hover.row === index
             onClicked: {
                 root.forceActiveFocus(Qt.MouseFocusReason);
                 root.browser.select(index);

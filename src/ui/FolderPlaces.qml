@@ -24,6 +24,13 @@ ListView {
     Keys.onSpacePressed: opened(places[currentIndex].path)
     Keys.onRightPressed: opened(places[currentIndex].path)
 
+    RowHover {
+        id: hover
+
+        view: view
+        rowHeight: 26
+    }
+
     delegate: SheetRow {
         required property var modelData
         required property int index
@@ -33,6 +40,7 @@ ListView {
         name: modelData.name
         current: modelData.path === view.currentPath || (view.activeFocus && ListView.isCurrentItem)
         emphasised: view.activeFocus && ListView.isCurrentItem
+        hovered: hover.row === index
         onClicked: {
             view.currentIndex = index;
             view.opened(modelData.path);

@@ -107,6 +107,7 @@ bool MainWindow::isTaken(const QPointerEvent &event) {
     return event.exclusiveGrabber(point) != nullptr || !event.passiveGrabbers(point).isEmpty();
 }
 
+// The events' own position may be that in an item which was asked and did not want them.
 void MainWindow::dragBackground(QEvent *event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
@@ -116,16 +117,16 @@ void MainWindow::dragBackground(QEvent *event) {
             return;
         }
         if (press->button() == Qt::LeftButton) {
-            m_press = press->position();
+            m_press = press->scenePosition();
         } else if (press->button() == Qt::RightButton) {
-            Q_EMIT menuRequested(press->position());
+            Q_EMIT menuRequested(press->scenePosition());
         }
         return;
     }
     case QEvent::MouseMove: {
         const auto *move = static_cast<QMouseEvent *>(event);
         const int threshold = QGuiApplication::styleHints()->startDragDistance();
-        if (!m_press || (move->position() - *m_press).manhattanLength() < threshold) {
+        if (!m_press || (move->scenePosition() - *m_press).manhattanLength() < threshold) {
             return;
         }
         m_press.reset();

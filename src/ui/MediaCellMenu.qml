@@ -15,7 +15,7 @@ MosaMenu {
 
     function openFor(item: mediaFile, cell: Item, position: point): void {
         menu.item = item;
-        popup(cell, position.x, position.y);
+        openAt(cell, position);
     }
 
     MosaMenuItem {

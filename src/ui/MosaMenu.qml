@@ -27,6 +27,14 @@ T.Menu {
         formerFocus = null;
     }
 
+    /// Opens at a point of an item; near an edge of the window as close to it as there is room for.
+    function openAt(item: Item, position: point): void {
+        const wanted = item.mapToItem(null, position);
+        const fitting = (at, room) => Math.max(margins, Math.min(at, room - margins));
+        const place = item.mapFromItem(null, fitting(wanted.x, item.Window.width - implicitWidth), fitting(wanted.y, item.Window.height - implicitHeight));
+        popup(item, place.x, place.y);
+    }
+
     /// Highlights the next entry that can be chosen, from the last to the first and back.
     function step(by: int): void {
         const start = by < 0 ? Math.max(currentIndex, 0) : currentIndex;
@@ -40,16 +48,20 @@ T.Menu {
     }
 
     contentItem: ListView {
-        implicitWidth: {
+        readonly property size entries: {
             let widest = 0;
+            let total = 0;
             for (let i = 0; i < menu.count; ++i) {
                 const item = menu.itemAt(i);
-                if (item)
-                    widest = Math.max(widest, item.implicitWidth);
+                widest = Math.max(widest, item?.implicitWidth ?? 0);
+                total += item?.implicitHeight ?? 0;
             }
-            return widest;
+            return Qt.size(widest, total);
         }
-        implicitHeight: contentHeight
+
+        implicitWidth: entries.width
+        // Known before the list has been laid out, unlike the height of its contents.
+        implicitHeight: entries.height
         model: menu.contentModel
         interactive: contentHeight > height
         keyNavigationEnabled: false

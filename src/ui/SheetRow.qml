@@ -11,13 +11,14 @@ SmoothRectangle {
     property string name
     property bool current: false
     property bool emphasised: false
+    property bool hovered: false
 
     signal clicked
     signal doubleClicked
 
     implicitHeight: 26
     radius: 6
-    color: current ? (emphasised ? MosaLook.mosaRed : Qt.rgba(1, 1, 1, 0.12)) : hover.hovered ? Qt.rgba(1, 1, 1, 0.05) : "transparent"
+    color: current ? (emphasised ? MosaLook.mosaRed : Qt.rgba(1, 1, 1, 0.12)) : hovered ? Qt.rgba(1, 1, 1, 0.05) : "transparent"
 
     Accessible.role: Accessible.ListItem
     Accessible.name: name
@@ -26,9 +27,6 @@ SmoothRectangle {
     Accessible.focusable: true
     Accessible.onPressAction: row.clicked()
 
-    HoverHandler {
-        id: hover
-    }
     TapHandler {
         onTapped: row.clicked()
         onDoubleTapped: row.doubleClicked()
