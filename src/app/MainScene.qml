@@ -65,6 +65,7 @@ Item {
         id: controls
 
         host: root.host
+        overPicture: root.state.fullItem !== undefined
         visible: !root.host.fullScreen
         onMenuRequested: root.pullMenuDown()
     }

@@ -1,16 +1,19 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Mosa.UI
 
 // One of the round controls that stand where a title bar's buttons would be.
 Item {
     id: root
 
-    // In the coordinates of a 12 x 12 circle.
-    required property string glyph
+    required property string symbol
+    property real symbolSize: 8
     required property string name
-    // Whether the glyph stands on a disc, as those that act on the window do.
-    property bool circle: true
+    // Whether the symbol stands on a disc, as those that act on the window do.
+    property bool disc: true
+    // What lies below may be as bright as the symbol.
+    property bool overPicture: false
     property color hoverColor: Qt.rgba(1, 1, 1, 0.32)
     signal activated
 
@@ -24,31 +27,22 @@ Item {
     Keys.onReturnPressed: activated()
     Keys.onEnterPressed: activated()
 
-    Rectangle {
+    SmoothRectangle {
         anchors.centerIn: parent
         width: 12
         height: 12
         radius: 6
-        color: !root.circle ? "transparent" : area.containsMouse ? root.hoverColor : Qt.rgba(1, 1, 1, 0.16)
+        color: area.containsMouse && root.disc ? root.hoverColor : root.overPicture ? MosaLook.ultraThinMaterial : root.disc ? Qt.rgba(1, 1, 1, 0.16) : "transparent"
         opacity: area.pressed ? 0.7 : 1
-        border.width: root.activeFocus ? 1 : 0
-        border.color: "white"
+        borderWidth: 1
+        borderColor: root.activeFocus ? "white" : "transparent"
 
-        Canvas {
-            id: canvas
-
-            anchors.fill: parent
-            opacity: area.containsMouse || root.activeFocus ? 1 : 0.55
-            Component.onCompleted: root.glyphChanged.connect(requestPaint)
-            onPaint: {
-                const context = getContext("2d");
-                context.reset();
-                context.strokeStyle = "white";
-                context.lineWidth = 1.2;
-                context.lineCap = "round";
-                context.path = root.glyph;
-                context.stroke();
-            }
+        SymbolIcon {
+            anchors.centerIn: parent
+            name: root.symbol
+            size: root.symbolSize
+            weight: Font.DemiBold
+            color: Qt.rgba(1, 1, 1, area.containsMouse || root.activeFocus ? 1 : root.overPicture ? 0.85 : 0.55)
         }
     }
 

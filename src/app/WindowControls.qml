@@ -8,6 +8,7 @@ Row {
     id: root
 
     required property MainWindow host
+    property bool overPicture: false
     signal menuRequested
 
     x: 6
@@ -15,29 +16,34 @@ Row {
 
     WindowControl {
         anchors.verticalCenter: parent.verticalCenter
+        overPicture: root.overPicture
         name: qsTr("Close")
-        glyph: "M 4 4 L 8 8 M 8 4 L 4 8"
+        symbol: "window.close"
         hoverColor: Qt.rgba(0.67, 0.20, 0.18, 1)
         onActivated: root.host.close()
     }
     WindowControl {
         anchors.verticalCenter: parent.verticalCenter
+        overPicture: root.overPicture
         name: qsTr("Minimise")
-        glyph: "M 3.6 6 L 8.4 6"
+        symbol: "window.minimise"
         onActivated: root.host.minimise()
     }
     WindowControl {
         anchors.verticalCenter: parent.verticalCenter
+        overPicture: root.overPicture
         name: qsTr("Zoom")
         Accessible.description: root.host.maximised ? qsTr("Maximised") : ""
-        glyph: root.host.maximised ? "M 4.2 4.2 L 7.8 4.2 L 7.8 7.8 L 4.2 7.8 Z" : "M 3.8 6 L 8.2 6 M 6 3.8 L 6 8.2"
+        symbol: root.host.maximised ? "window.restore" : "window.zoom"
         onActivated: root.host.toggleMaximised()
     }
     WindowControl {
         anchors.verticalCenter: parent.verticalCenter
+        overPicture: root.overPicture
         name: qsTr("Menu")
-        circle: false
-        glyph: "M 2 3 L 10 3 M 2 6 L 10 6 M 2 9 L 10 9"
+        disc: false
+        symbol: "line.3.horizontal"
+        symbolSize: 10
         onActivated: root.menuRequested()
         Accessible.role: Accessible.ButtonMenu
     }

@@ -90,7 +90,6 @@ constexpr const char *flagCloth =
 constexpr const char *speakerShape = "M 3 9.8 Q 3 9 3.8 9 L 6.6 9 L 10.4 5.7 Q 11.5 4.8 11.5 6.2 L 11.5 17.8 "
                                      "Q 11.5 19.2 10.4 18.3 L 6.6 15 L 3.8 15 Q 3 15 3 14.2 Z";
 constexpr const char *slash = "M 4 4 L 20.5 20.5";
-constexpr const char *lens = "O 10.5 10.5 6.5 M 15.4 15.4 L 20.5 20.5";
 
 const QHash<QString, QList<Drawing>> &drawings() {
     static const QHash<QString, QList<Drawing>> all{
@@ -118,14 +117,7 @@ const QHash<QString, QList<Drawing>> &drawings() {
           {Kind::stroke, slash}}},
         {QStringLiteral("xmark"), {{Kind::stroke, "M 6 6 L 18 18 M 18 6 L 6 18"}}},
         {QStringLiteral("checkmark"), {{Kind::stroke, "M 5 12.8 L 9.8 17.8 L 19 6.4"}}},
-        {QStringLiteral("plus"), {{Kind::stroke, "M 12 5 L 12 19 M 5 12 L 19 12"}}},
-        {QStringLiteral("minus"), {{Kind::stroke, "M 5 12 L 19 12"}}},
-        {QStringLiteral("ellipsis"), {{Kind::fill, "O 5.5 12 1.7 O 12 12 1.7 O 18.5 12 1.7"}}},
         {QStringLiteral("line.3.horizontal"), {{Kind::stroke, "M 4 7 L 20 7 M 4 12 L 20 12 M 4 17 L 20 17"}}},
-        {QStringLiteral("magnifier"), {{Kind::stroke, lens}}},
-        {QStringLiteral("magnifier.plus"),
-         {{Kind::stroke, lens}, {Kind::stroke, "M 10.5 7.8 L 10.5 13.2 M 7.8 10.5 L 13.2 10.5"}}},
-        {QStringLiteral("magnifier.minus"), {{Kind::stroke, lens}, {Kind::stroke, "M 7.8 10.5 L 13.2 10.5"}}},
         {QStringLiteral("speaker.wave.2.fill"),
          {{Kind::fill, speakerShape}, {Kind::stroke, "A 11.2 12 5 -42 84 A 11.2 12 8.9 -46 92"}}},
         {QStringLiteral("speaker.slash.fill"),
@@ -152,9 +144,6 @@ const QHash<QString, QList<Drawing>> &drawings() {
         {QStringLiteral("arrow.down.right.and.arrow.up.left"),
          {{Kind::stroke, "M 10.4 4.4 L 10.4 10.4 L 4.4 10.4 M 10.4 10.4 L 4 4 "
                          "M 13.6 19.6 L 13.6 13.6 L 19.6 13.6 M 13.6 13.6 L 20 20"}}},
-        {QStringLiteral("arrow.up.forward.square"),
-         {{Kind::stroke, "M 11 5 L 7 5 Q 4 5 4 8 L 4 17 Q 4 20 7 20 L 16 20 Q 19 20 19 17 L 19 13 "
-                         "M 14.5 3.5 L 20.5 3.5 L 20.5 9.5 M 20.5 3.5 L 11.5 12.5"}}},
         {QStringLiteral("trash"),
          {{Kind::stroke, "M 4 6.5 L 20 6.5 M 9 6.5 L 9 5 Q 9 3.5 10.5 3.5 L 13.5 3.5 Q 15 3.5 15 5 L 15 6.5 "
                          "M 6 6.5 L 6.8 18.6 Q 7 20.5 8.9 20.5 L 15.1 20.5 Q 17 20.5 17.2 18.6 L 18 6.5"}}},
