@@ -23,6 +23,9 @@ constexpr milliseconds longestWait{100};
 /// How often the graphics card is asked whether it is through with a frame.
 constexpr milliseconds drawnInterval{1};
 
+/// How often a view tries to draw while a window is being drawn that it must not disturb.
+constexpr milliseconds turnInterval{1};
+
 /// The longest that a player is waited for to put away its output; usually it takes a few milliseconds.
 constexpr milliseconds longestEnd{30};
 
@@ -159,7 +162,10 @@ void MPVOpenGLView::draw() {
         m_drawsOnceShown = true;
         return;
     }
-    m_buffers.makeCurrent();
+    if (!m_buffers.tryMakeCurrent()) {
+        m_displayTimer.start(turnInterval);
+        return;
+    }
     renderCurrentFrame();
     m_buffers.swap();
     if (m_renderContext) {
@@ -174,10 +180,12 @@ void MPVOpenGLView::draw() {
 /// A graphics card, and even more so software in its place, still draws when the commands for it have been
 /// given. A window that showed the frame at once would hold its thread until then.
 void MPVOpenGLView::showWhenDrawn() {
-    m_buffers.makeCurrent();
-    const auto texture = m_buffers.front();
-    const bool drawn = !texture || texture->isDrawn();
-    m_buffers.doneCurrent();
+    bool drawn = false;
+    if (m_buffers.tryMakeCurrent()) {
+        const auto texture = m_buffers.front();
+        drawn = !texture || texture->isDrawn();
+        m_buffers.doneCurrent();
+    }
     if (!drawn) {
         m_showTimer.start(drawnInterval);
         return;

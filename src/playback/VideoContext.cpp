@@ -1,8 +1,11 @@
 #include "VideoContext.h"
 
+#include "DrawingTurns.h"
+
 #include <QCoreApplication>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QOpenGLFunctions>
 
 namespace {
 
@@ -40,12 +43,14 @@ std::shared_ptr<VideoContext> VideoContext::shared() {
 }
 
 VideoContext::VideoContext()
-    : m_context(std::make_unique<QOpenGLContext>()), m_surface(std::make_unique<QOffscreenSurface>()) {
+    : m_context(std::make_unique<QOpenGLContext>()), m_surface(std::make_unique<QOffscreenSurface>()),
+      m_turn(DrawingTurns::turn(), std::defer_lock) {
     m_context->setFormat(drawableFormat());
     m_context->setShareContext(QOpenGLContext::globalShareContext());
     if (m_context->create()) {
         m_surface->setFormat(m_context->format());
         m_surface->create();
+        m_takesTurns = drawsInSoftware();
     }
 }
 
@@ -55,12 +60,39 @@ bool VideoContext::isValid() const {
     return m_context->isValid() && m_surface->isValid();
 }
 
+bool VideoContext::drawsInSoftware() {
+    if (!makeCurrent()) {
+        return true;
+    }
+    const QByteArray renderer(reinterpret_cast<const char *>(functions()->glGetString(GL_RENDERER)));
+    doneCurrent();
+    return renderer.contains("llvmpipe") || renderer.contains("softpipe");
+}
+
 bool VideoContext::makeCurrent() {
-    return m_context->makeCurrent(m_surface.get());
+    if (m_takesTurns) {
+        m_turn.lock();
+    }
+    if (m_context->makeCurrent(m_surface.get())) {
+        return true;
+    }
+    doneCurrent();
+    return false;
+}
+
+bool VideoContext::tryMakeCurrent() {
+    if (m_takesTurns && !m_turn.try_lock()) {
+        return false;
+    }
+    m_context->makeCurrent(m_surface.get());
+    return true;
 }
 
 void VideoContext::doneCurrent() {
     m_context->doneCurrent();
+    if (m_turn.owns_lock()) {
+        m_turn.unlock();
+    }
 }
 
 QOpenGLFunctions *VideoContext::functions() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 
 class QOffscreenSurface;
 class QOpenGLContext;
@@ -21,14 +22,21 @@ public:
     VideoContext(const VideoContext &) = delete;
     VideoContext &operator=(const VideoContext &) = delete;
 
+    /// Where software draws, waits while a window is being drawn, and keeps windows waiting until
+    /// doneCurrent(): see DrawingTurns.
     bool makeCurrent();
+    /// False at once where makeCurrent() would wait.
+    bool tryMakeCurrent();
     void doneCurrent();
     QOpenGLFunctions *functions() const;
 
 private:
     VideoContext();
     bool isValid() const;
+    bool drawsInSoftware();
 
     std::unique_ptr<QOpenGLContext> m_context;
     std::unique_ptr<QOffscreenSurface> m_surface;
+    bool m_takesTurns = true;
+    std::unique_lock<std::mutex> m_turn;
 };

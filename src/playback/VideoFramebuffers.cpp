@@ -21,6 +21,10 @@ bool VideoFramebuffers::makeCurrent() {
     return m_context && m_context->makeCurrent();
 }
 
+bool VideoFramebuffers::tryMakeCurrent() {
+    return !m_context || m_context->tryMakeCurrent();
+}
+
 void VideoFramebuffers::doneCurrent() {
     if (m_context) {
         m_context->doneCurrent();

@@ -23,6 +23,8 @@ public:
 
     bool isValid() const { return m_context != nullptr; }
     bool makeCurrent();
+    /// False when a window is being drawn that a video must not disturb; then nothing is current.
+    bool tryMakeCurrent();
     void doneCurrent();
 
     /// A window still shows the older frame; bindBack() then gives up the newer one, which it must not show

@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include "AccessibleItem.h"
+#include "DrawingTurns.h"
 #include "FileManager.h"
 #include "NotificationCentre.h"
 #include "NotificationNames.h"
@@ -29,6 +30,7 @@ MainWindow::MainWindow(Preferences *preferences, FileManager *fileManager)
     // Hardly anything in the window lies behind something else, so that a depth buffer would only cost time.
     graphics.setDepthBufferFor2D(false);
     setGraphicsConfiguration(graphics);
+    DrawingTurns::join(*this);
     setResizeMode(QQuickView::SizeRootObjectToView);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     connect(this, &QWindow::windowStateChanged, this, &MainWindow::followWindowState);
