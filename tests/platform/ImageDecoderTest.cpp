@@ -128,7 +128,7 @@ private Q_SLOTS:
         const QImage whole = ImageDecoder::image(file);
         QCOMPARE(whole.size(), QSize(640, 480));
         QVERIFY(MediaMaker::showsPattern(whole));
-        QCOMPARE(ImageDecoder::image(file, 160 * 120).size(), QSize(160, 120));
+        QCOMPARE(ImageDecoder::image(file, qint64(160) * 120).size(), QSize(160, 120));
     }
 
     /// The formats whose metadata Qt's readers or writers do not know, or that carry them in their own way.
