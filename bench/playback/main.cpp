@@ -1,3 +1,4 @@
+#include "DrawingTurns.h"
 #include "Measurements.h"
 
 #include <QGuiApplication>
@@ -52,6 +53,7 @@ int main(int argc, char *argv[]) {
         return 1;
     }
     QQuickWindow window;
+    DrawingTurns::join(window);
     window.setColor(Qt::black);
     window.resize(1280, 720);
     window.show();

@@ -3,6 +3,7 @@
 // played at once or when one was heard before a click.
 
 #include "AppState.h"
+#include "DrawingTurns.h"
 #include "FullVideoPlayer.h"
 #include "MPVPlayerController.h"
 #include "MPVVideoSurface.h"
@@ -182,6 +183,7 @@ int run(int events) {
         return 1;
     }
     QQuickWindow window;
+    DrawingTurns::join(window);
     window.resize(1200, 640);
     window.show();
     while (!window.isExposed()) {

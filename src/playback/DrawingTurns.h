@@ -12,7 +12,7 @@ class QQuickWindow;
 namespace DrawingTurns {
 
 /// Held by whoever draws.
-std::mutex &turn();
+std::timed_mutex &turn();
 /// From now on the window takes the turn for each of its frames, in whichever thread it is drawn. Main
 /// thread, before the window is shown.
 void join(QQuickWindow &window);

@@ -7,12 +7,17 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 
+#include <chrono>
+
 namespace {
 
 std::shared_ptr<VideoContext> &kept() {
     static std::shared_ptr<VideoContext> context;
     return context;
 }
+
+/// A window that takes longer to draw than this is not waited for.
+constexpr std::chrono::milliseconds longestFrame{500};
 
 QSurfaceFormat drawableFormat() {
     QSurfaceFormat format;
@@ -71,7 +76,7 @@ bool VideoContext::drawsInSoftware() {
 
 bool VideoContext::makeCurrent() {
     if (m_takesTurns) {
-        m_turn.lock();
+        m_turn.try_lock_for(longestFrame);
     }
     if (m_context->makeCurrent(m_surface.get())) {
         return true;

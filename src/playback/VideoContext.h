@@ -38,5 +38,5 @@ private:
     std::unique_ptr<QOpenGLContext> m_context;
     std::unique_ptr<QOffscreenSurface> m_surface;
     bool m_takesTurns = true;
-    std::unique_lock<std::mutex> m_turn;
+    std::unique_lock<std::timed_mutex> m_turn;
 };

@@ -1,3 +1,4 @@
+#include "DrawingTurns.h"
 #include "MPVOpenGLView.h"
 #include "MPVPlayerController.h"
 #include "MPVVideoSurface.h"
@@ -49,6 +50,7 @@ private Q_SLOTS:
 
     void init() {
         m_window = std::make_unique<QQuickWindow>();
+        DrawingTurns::join(*m_window);
         m_window->setColor(Qt::magenta);
         m_window->resize(320, 240);
         m_window->show();
