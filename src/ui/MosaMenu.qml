@@ -27,10 +27,14 @@ T.Menu {
         formerFocus = null;
     }
 
+    /// Where something that begins at a place fits into the room.
+    function fitting(place: real, room: real): real {
+        return Math.max(margins, Math.min(place, room - margins));
+    }
+
     /// Opens at a point of an item; near an edge of the window as close to it as there is room for.
     function openAt(item: Item, position: point): void {
         const wanted = item.mapToItem(null, position);
-        const fitting = (at, room) => Math.max(margins, Math.min(at, room - margins));
         const place = item.mapFromItem(null, fitting(wanted.x, item.Window.width - implicitWidth), fitting(wanted.y, item.Window.height - implicitHeight));
         popup(item, place.x, place.y);
     }

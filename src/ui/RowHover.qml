@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import Mosa.UI
 
 /// Which row of the list that it is in lies under the pointer. Rows that scroll by below a pointer that rests, and are
 /// used again elsewhere, may not notice that it has left them.
