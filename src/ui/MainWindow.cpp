@@ -26,7 +26,7 @@ MainWindow::MainWindow(Preferences *preferences, FileManager *fileManager)
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     setMinimumSize(minimumFrame);
     setColor(QColor::fromRgbF(0.035F, 0.035F, 0.04F));
-    QQuickGraphicsConfiguration graphics = graphicsConfiguration();
+    QQuickGraphicsConfiguration graphics; // Qt 6.4 leaks the copy of another one that is changed
     // Hardly anything in the window lies behind something else, so that a depth buffer would only cost time.
     graphics.setDepthBufferFor2D(false);
     setGraphicsConfiguration(graphics);

@@ -167,9 +167,9 @@ private Q_SLOTS:
         second.setController(m_player.get());
         QCOMPARE(player->surface()->host(), &second);
         QTRY_VERIFY_WITH_TIMEOUT(player->surface()->frame()->size() == QSize(160, 120), longWait);
-        const QImage image = shown();
-        QCOMPARE(image.pixelColor(10, 230), QColor(Qt::magenta)); // the first one is empty
-        QVERIFY(MediaMaker::showsPattern(image.copy(160, 0, 160, 120)));
+        // It is shown as soon as it has been drawn.
+        QTRY_VERIFY_WITH_TIMEOUT(MediaMaker::showsPattern(shown().copy(160, 0, 160, 120)), longWait);
+        QCOMPARE(shown().pixelColor(10, 230), QColor(Qt::magenta)); // the first one is empty
     }
 
     /// From the moment that a frame is announced, the picture is the video's.
