@@ -29,8 +29,8 @@ CommandLine readCommandLine(int argc, char *argv[]) {
                               QByteArray(workingDirectory != nullptr ? workingDirectory : "/"));
 }
 
-/// The XDG Base Directory specification calls relative paths invalid; they would lie wherever Mosa was
-/// started.
+/// Relative paths are invalid by the freedesktop.org rules for base directories; they would lie wherever Mosa
+/// was started.
 void ignoreRelativeDirectories() {
     for (const char *variable : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
         if (!qgetenv(variable).startsWith('/')) {
