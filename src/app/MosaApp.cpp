@@ -3,6 +3,7 @@
 #include "AppState.h"
 #include "ApplicationIdentity.h"
 #include "BackgroundTask.h"
+#include "Codecs.h"
 #include "DesktopFileManager.h"
 #include "DirectoryTest.h"
 #include "FolderScanner.h"
@@ -31,6 +32,12 @@ QString portalName(QWindow *window) {
         return {};
     }
     return QStringLiteral("x11:") + QString::number(window->winId(), 16);
+}
+
+/// Calls, in the background, what loads a library with its first call.
+template <auto first>
+void load() {
+    BackgroundTask::run<void>([](QPromise<void> &) { first(); });
 }
 
 } // namespace
@@ -88,10 +95,8 @@ void MosaApp::makeState() {
     services.preferences = m_preferences.get();
     m_state = std::make_unique<AppState>(std::move(services));
     // Loaded while the first folder is scanned, the player library is there before a video can be pointed at.
-    connect(
-        m_state.get(), &AppState::isScanningChanged, this,
-        [] { BackgroundTask::run<void>([](QPromise<void> &) { MPVFunctions::real(); }); },
-        Qt::SingleShotConnection);
+    connect(m_state.get(), &AppState::isScanningChanged, this, load<MPVFunctions::real>,
+            Qt::SingleShotConnection);
     m_updater = std::make_unique<MosaUpdaterController>(QDBusConnection::systemBus(),
                                                         ApplicationIdentity::packageName);
 }
@@ -108,6 +113,9 @@ void MosaApp::openWindow() {
          {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
          {QStringLiteral("alerts"), QVariant::fromValue(m_alerts.get())},
          {QStringLiteral("chooser"), QVariant::fromValue(m_sheetChooser.get())}});
+    // With the window in sight there is time for the decoders before a folder is chosen.
+    connect(m_window.get(), &QQuickWindow::frameSwapped, this, load<Codecs::loaded>,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     m_window->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Mosa/App/MainScene.qml")));
     m_window->open();
     m_globalMenu = std::make_unique<GlobalMenu>(m_sessionBus, *m_menuCommands, *m_window);

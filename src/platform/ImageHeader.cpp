@@ -1,7 +1,7 @@
 #include "ImageHeader.h"
 
+#include "Codecs.h"
 #include "HeaderBytes.h"
-#include "HeifHeader.h"
 
 #include <limits>
 
@@ -183,7 +183,7 @@ std::optional<QSize> ImageHeader::pixelSize(const FileURL &url) {
         return pngSize(bytes);
     }
     if (bytes.matches(4, "ftyp", 4)) {
-        return HeifHeader::pixelSize(*file);
+        return Codecs::loaded().heifPixelSize(*file);
     }
     if (bytes.matches(0, "RIFF", 4) && bytes.matches(8, "WEBP", 4)) {
         return webpSize(bytes);

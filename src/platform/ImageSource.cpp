@@ -1,6 +1,7 @@
 #include "ImageSource.h"
 
 #include "AreaReducer.h"
+#include "Codecs.h"
 #include "ExifChunk.h"
 #include "ExifOrientation.h"
 #include "RegularFileDevice.h"
@@ -33,6 +34,11 @@ bool isOpaque(const QImage &image) {
 } // namespace
 
 namespace ImageSource {
+
+QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
+                const ImageDecoder::Cancelled &cancelled) {
+    return finished(Codecs::loaded().heifImage(file, targetSize, cancelled));
+}
 
 QImage readWithQt(const RegularFile &file, const QByteArray &format, const TargetSize &targetSize,
                   const ImageDecoder::Cancelled &cancelled) {

@@ -7,9 +7,9 @@
 #include <optional>
 
 /// The head of a HEIC, HEIF or AVIF file.
-namespace HeifHeader {
+namespace LibheifHeader {
 
 /// Of the primary image, after the container's crop and rotation.
 std::optional<QSize> pixelSize(const RegularFile &file);
 
-} // namespace HeifHeader
+} // namespace LibheifHeader

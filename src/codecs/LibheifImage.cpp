@@ -1,4 +1,4 @@
-#include "ImageSource.h"
+#include "LibheifImage.h"
 
 #include "AreaReducer.h"
 #include "CodedColour.h"
@@ -100,10 +100,8 @@ Heif<heif_image> decode(const heif_image_handle *handle, heif_chroma chroma, con
 
 } // namespace
 
-namespace ImageSource {
-
-QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
-                const ImageDecoder::Cancelled &cancelled) {
+QImage LibheifImage::read(const RegularFile &file, const ImageSource::TargetSize &targetSize,
+                          const ImageDecoder::Cancelled &cancelled) {
     HevcDecoderPlugin::registerOnce();
     Reader reader{.file = file, .cancelled = cancelled};
     const Heif<heif_context> context(heif_context_alloc());
@@ -143,7 +141,5 @@ QImage readHeif(const RegularFile &file, const TargetSize &targetSize,
     }
     QImage image(plane, size.width(), size.height(), stride, pixelFormat);
     image.setColorSpace(colorSpace(primary));
-    return finished(AreaReducer::reduce(image, targetSize(size)));
+    return AreaReducer::reduce(image, targetSize(size));
 }
-
-} // namespace ImageSource

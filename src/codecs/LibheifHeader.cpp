@@ -1,4 +1,4 @@
-#include "HeifHeader.h"
+#include "LibheifHeader.h"
 
 #include "HeifPointers.h"
 
@@ -57,7 +57,7 @@ struct Source {
 
 } // namespace
 
-std::optional<QSize> HeifHeader::pixelSize(const RegularFile &file) {
+std::optional<QSize> LibheifHeader::pixelSize(const RegularFile &file) {
     static constexpr heif_reader reader{.reader_api_version = 1,
                                         .get_position = Source::tell,
                                         .read = Source::read,

@@ -1,7 +1,6 @@
 #include "VideoFrameScaler.h"
 
 #include "CodedColour.h"
-#include "ImageSource.h"
 
 #include <algorithm>
 #include <cmath>
@@ -92,7 +91,7 @@ QImage scaled(const AVFrame &frame, double pixelShape, int maxPixelSize) {
     }
     image = image.copy(QRect(QPoint(0, 0), size));
     image.setColorSpace(CodedColour::colorSpace(frame.color_primaries, frame.color_trc));
-    return ImageSource::toSRGB(image);
+    return image;
 }
 
 } // namespace VideoFrameScaler
