@@ -10,6 +10,7 @@ MosaMenu {
 
     required property MenuCommands menuCommands
 
+    title: qsTr("Menu")
     implicitWidth: 240
 
     // Made once and in order: a repeater would put its entries before the lines between the groups.

@@ -1,89 +1,93 @@
 #include "AccessibleItem.h"
 
+#include "AccessibleScene.h"
+
 #include <QQuickItem>
-#include <private/qaccessiblequickitem_p.h>
-#include <private/qquickitem_p.h>
 
 #include <algorithm>
-#include <vector>
 
-namespace AccessibleItem {
-namespace {
-
-class Item : public QAccessibleQuickItem {
-public:
-    explicit Item(QQuickItem *item) : QAccessibleQuickItem(item) {
-        QObject::connect(item, &QQuickItem::enabledChanged, item, [item] {
-            QAccessible::State changed;
-            changed.disabled = true;
-            QAccessibleStateChangeEvent event(item, changed);
-            QAccessible::updateAccessibility(&event);
-        });
-    }
-
-    QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleQuickItem::state();
-        state.disabled = !item()->isEnabled();
-        return state;
-    }
-
-    QStringList actionNames() const override {
-        return item()->isEnabled() ? QAccessibleQuickItem::actionNames() : QStringList();
-    }
-
-    void doAction(const QString &name) override {
-        if (item()->isEnabled()) {
-            QAccessibleQuickItem::doAction(name);
-        }
-    }
-
-    QAccessibleInterface *child(int index) const override {
-        if (role() != QAccessible::List) {
-            return QAccessibleQuickItem::child(index);
-        }
-        const std::vector<QAccessibleInterface *> children = inOrder();
-        return index >= 0 && index < int(children.size()) ? children[size_t(index)] : nullptr;
-    }
-
-    int indexOfChild(const QAccessibleInterface *child) const override {
-        if (role() != QAccessible::List) {
-            return QAccessibleQuickItem::indexOfChild(child);
-        }
-        const std::vector<QAccessibleInterface *> children = inOrder();
-        const auto found = std::find(children.begin(), children.end(), child);
-        return found == children.end() ? -1 : int(found - children.begin());
-    }
-
-private:
-    // A view leaves rows that moved where they were among its children, and makes others as it scrolls.
-    std::vector<QAccessibleInterface *> inOrder() const {
-        const int count = childCount();
-        std::vector<QAccessibleInterface *> children;
-        children.reserve(size_t(count));
-        for (int index = 0; index < count; ++index) {
-            children.push_back(QAccessibleQuickItem::child(index));
-        }
-        const auto isRow = [](const auto *child) {
-            return child != nullptr && child->role() == QAccessible::ListItem;
-        };
-        const auto rows = std::stable_partition(children.begin(), children.end(), isRow);
-        std::stable_sort(children.begin(), rows, [](const auto *one, const auto *other) {
-            return one->rect().top() < other->rect().top();
-        });
-        return children;
-    }
-};
-
-// Asked before Qt Quick's own factory, which it follows in leaving out what is not accessible.
-QAccessibleInterface *make(const QString &className, QObject *object) {
-    auto *item = className == QLatin1String("QQuickItem") ? qobject_cast<QQuickItem *>(object) : nullptr;
-    return item != nullptr && QQuickItemPrivate::get(item)->isAccessible ? new Item(item) : nullptr;
+AccessibleItem::AccessibleItem(QQuickItem *item) : QAccessibleQuickItem(item) {
+    QObject::connect(item, &QQuickItem::enabledChanged, item, [item] {
+        QAccessible::State changed;
+        changed.disabled = true;
+        QAccessibleStateChangeEvent event(item, changed);
+        QAccessible::updateAccessibility(&event);
+    });
 }
 
-} // namespace
-
-void install() {
-    QAccessible::installFactory(make);
+QRect AccessibleItem::rect() const {
+    return AccessibleScene::onScreen(QAccessibleQuickItem::rect(), window());
 }
 
-} // namespace AccessibleItem
+QAccessible::State AccessibleItem::state() const {
+    QAccessible::State state = QAccessibleQuickItem::state();
+    // The base class compares the item's place with the window's in other pixels.
+    state.offscreen = !AccessibleScene::onScreen(viewRect(), window()).intersects(rect());
+    state.disabled = !item()->isEnabled();
+    state.modal = told("modal").toBool();
+    if (role() == QAccessible::StaticText) {
+        state.focusable = item()->activeFocusOnTab();
+    }
+    return state;
+}
+
+QString AccessibleItem::text(QAccessible::Text kind) const {
+    const QString text = QAccessibleQuickItem::text(kind);
+    const bool isNameless = kind == QAccessible::Name && text.isEmpty() && role() == QAccessible::PopupMenu;
+    return isNameless ? told("title").toString() : text;
+}
+
+QStringList AccessibleItem::actionNames() const {
+    QStringList names = item()->isEnabled() ? QAccessibleQuickItem::actionNames() : QStringList();
+    // What a role offers by itself comes once more with its handler.
+    names.removeDuplicates();
+    return names;
+}
+
+void AccessibleItem::doAction(const QString &name) {
+    if (item()->isEnabled()) {
+        QAccessibleQuickItem::doAction(name);
+    }
+}
+
+QStringList AccessibleItem::keyBindingsForAction(const QString &name) const {
+    const QString shortcut = told("shortcutText").toString();
+    return name == pressAction() && !shortcut.isEmpty() ? QStringList(shortcut) : QStringList();
+}
+
+QAccessibleInterface *AccessibleItem::child(int index) const {
+    return role() == QAccessible::List ? inOrder().value(index) : QAccessibleQuickItem::child(index);
+}
+
+int AccessibleItem::indexOfChild(const QAccessibleInterface *child) const {
+    if (role() != QAccessible::List) {
+        return QAccessibleQuickItem::indexOfChild(child);
+    }
+    const QList<QAccessibleInterface *> children = inOrder();
+    const auto found = std::find(children.begin(), children.end(), child);
+    return found == children.end() ? -1 : int(found - children.begin());
+}
+
+QVariant AccessibleItem::told(const char *property) const {
+    // A popup is no item; it owns the one that shows it.
+    const bool isPopup = item()->inherits("QQuickPopupItem") && item()->parent() != nullptr;
+    return (isPopup ? item()->parent() : item())->property(property);
+}
+
+// A view leaves rows that moved where they were among its children, and makes others as it scrolls.
+QList<QAccessibleInterface *> AccessibleItem::inOrder() const {
+    const int count = childCount();
+    QList<QAccessibleInterface *> children;
+    children.reserve(count);
+    for (int index = 0; index < count; ++index) {
+        children.append(QAccessibleQuickItem::child(index));
+    }
+    const auto isRow = [](const auto *child) {
+        return child != nullptr && child->role() == QAccessible::ListItem;
+    };
+    const auto rows = std::stable_partition(children.begin(), children.end(), isRow);
+    std::stable_sort(children.begin(), rows, [](const auto *one, const auto *other) {
+        return one->rect().top() < other->rect().top();
+    });
+    return children;
+}

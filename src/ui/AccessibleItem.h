@@ -1,11 +1,29 @@
 #pragma once
 
-/// What assistive technology is told of the items of the scene.
-namespace AccessibleItem {
+#include <private/qaccessiblequickitem_p.h>
 
-/// Makes disabled items say that they are, and offer nothing to do: Qt 6.4 tells the accessibility bus that
-/// every item is enabled. The rows of a list come in the order in which they are shown. Main thread, before
-/// the items exist; may be called again.
-void install();
+/// What assistive technology is told of an item of the scene, where Qt 6.4 leaves something out: that the
+/// item is disabled and then offers nothing to do, where it is in device pixels, that a text cannot be
+/// focused, the title of a menu, the shortcut of a menu's entry, what is modal, and the rows of a list in the
+/// order in which they are shown.
+///
+/// Menus and dialogs say it by their properties title and modal, other items by properties of these names,
+/// and entries by shortcutText.
+class AccessibleItem : public QAccessibleQuickItem {
+public:
+    explicit AccessibleItem(QQuickItem *item);
 
-} // namespace AccessibleItem
+    QRect rect() const override;
+    QAccessible::State state() const override;
+    QString text(QAccessible::Text kind) const override;
+    QStringList actionNames() const override;
+    void doAction(const QString &name) override;
+    QStringList keyBindingsForAction(const QString &name) const override;
+    QAccessibleInterface *child(int index) const override;
+    int indexOfChild(const QAccessibleInterface *child) const override;
+
+private:
+    /// A property of the item, or of the popup that it shows.
+    QVariant told(const char *property) const;
+    QList<QAccessibleInterface *> inOrder() const;
+};

@@ -58,6 +58,8 @@ MosaButtonBase {
     MosaMenu {
         id: menu
 
+        title: qsTr("Flags and File Actions")
+
         // Its trailing edge below the button's.
         x: button.width - width
         y: button.height + 6

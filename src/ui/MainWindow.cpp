@@ -1,6 +1,6 @@
 #include "MainWindow.h"
 
-#include "AccessibleItem.h"
+#include "AccessibleScene.h"
 #include "DrawingTurns.h"
 #include "FileManager.h"
 #include "NotificationCentre.h"
@@ -21,7 +21,7 @@ void post(const QString &name) {
 
 MainWindow::MainWindow(Preferences *preferences, FileManager *fileManager)
     : m_autosave(*this, preferences, QStringLiteral("MosaMainWindow")), m_fileManager(fileManager) {
-    AccessibleItem::install();
+    AccessibleScene::install();
     setTitle(QStringLiteral("Mosa"));
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     setMinimumSize(minimumFrame);

@@ -13,6 +13,8 @@ MosaMenu {
     required property var desktop
     property mediaFile item
 
+    title: item.url.lastPathComponent
+
     function openFor(item: mediaFile, cell: Item, position: point): void {
         menu.item = item;
         openAt(cell, position);

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Mosa.UI
 
-/// A pull-down or context menu.
+/// A pull-down or context menu. Its title is its name for assistive technology.
 T.Menu {
     id: menu
 

@@ -87,6 +87,8 @@ FocusScope {
         borderColor: MosaLook.hairline
         borderWidth: 1
 
+        /// For assistive technology, see AccessibleItem.
+        readonly property bool modal: true
         Accessible.role: sheet.accessibleRole
         Accessible.name: sheet.accessibleName
         Accessible.description: sheet.accessibleDescription

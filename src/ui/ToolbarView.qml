@@ -19,6 +19,7 @@ Item {
     implicitHeight: 48
 
     Accessible.role: Accessible.ToolBar
+    Accessible.name: qsTr("Toolbar")
 
     Rectangle {
         anchors.fill: parent

@@ -41,6 +41,7 @@ class Menu(Scenario):
         mosa.key("F10")
         entries = self.entries(mosa)
         self.assertEqual([entry.name for entry in entries], TITLES)
+        mosa.see("popup menu", "Menu")
         self.assertEqual([entry.name for entry in entries if not entry.has("enabled")], ["Check for Updates…", "Back"])
         focused = lambda title: wait_until(  # noqa: E731
             lambda: mosa.see(MENU_ITEM, title).has("focused"), f"the focus at {title!r}")

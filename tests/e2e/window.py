@@ -11,7 +11,7 @@ import time
 import samples
 import scenario
 from accessibility import wait_until
-from scenario import BUTTON, Scenario
+from scenario import BUTTON, MENU_ITEM, Scenario
 
 
 def xdotool(*arguments):
@@ -134,6 +134,17 @@ class Window(Scenario):
         filled()
         mosa.key("F11")
         zoomed()
+
+    def test_controls_are_where_they_say_on_scaled_screens(self):
+        for scale in ("1.25", "1.5", "2"):
+            with self.subTest(scale):
+                mosa, window = self.opened(QT_SCALE_FACTOR=scale)
+                self.assertEqual(mosa.see("frame").rectangle[:2], settled(window)[:2])
+                mosa.click(mosa.see(BUTTON, "Menu"))
+                mosa.click(mosa.see(MENU_ITEM, "About Mosa"))
+                mosa.click(mosa.see("dialog", "About Mosa").find_all(BUTTON, "Close")[0])
+                mosa.see_gone("dialog")
+                self.assertEqual(mosa.end(), 0)
 
     def test_a_second_start_hands_over_its_first_folder_and_raises(self):
         mosa, window = self.opened()
