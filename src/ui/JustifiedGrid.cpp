@@ -6,6 +6,11 @@
 
 #include <cmath>
 
+JustifiedGrid::JustifiedGrid(QQuickItem *parent) : QQuickItem(parent) {
+    // It draws nothing, but may ask for a frame.
+    setFlag(ItemHasContents);
+}
+
 void JustifiedGrid::setSpacing(double spacing) {
     if (m_layout.spacing != spacing) {
         m_layout.spacing = spacing;
@@ -67,10 +72,18 @@ void JustifiedGrid::updatePolish() {
         ratios.push_back(MediaAspectRatioKey::valueOf(cell));
     }
     const std::vector<QRectF> frames = m_layout.frames(ratios, width());
+    bool moved = false;
     for (size_t i = 0; i < frames.size(); ++i) {
         const QRectF frame = aligned(frames[i]);
-        cells[qsizetype(i)]->setPosition(frame.topLeft());
-        cells[qsizetype(i)]->setSize(frame.size());
+        QQuickItem *cell = cells[qsizetype(i)];
+        moved = moved || frame != QRectF(cell->position(), cell->size());
+        cell->setPosition(frame.topLeft());
+        cell->setSize(frame.size());
+    }
+    if (moved) {
+        // A frame begins with a look at what is under a resting pointer, if anything has changed since the
+        // last one; what changes here, later in the frame, does not count. The next frame has to look again.
+        QMetaObject::invokeMethod(this, &QQuickItem::update, Qt::QueuedConnection);
     }
     setImplicitHeight(frames.empty() ? 0 : frames.back().bottom());
 }

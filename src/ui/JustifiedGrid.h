@@ -18,7 +18,7 @@ class JustifiedGrid : public QQuickItem {
     Q_PROPERTY(QAbstractItemModel *model READ model WRITE setModel NOTIFY modelChanged)
 
 public:
-    explicit JustifiedGrid(QQuickItem *parent = nullptr) : QQuickItem(parent) {}
+    explicit JustifiedGrid(QQuickItem *parent = nullptr);
 
     double spacing() const { return m_layout.spacing; }
     void setSpacing(double spacing);
