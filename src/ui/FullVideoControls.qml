@@ -47,9 +47,8 @@ ColumnLayout {
             font: MosaLook.monospaced(12)
             color: MosaLook.primary
         }
-        Text {
+        MosaText {
             text: "/"
-            font: MosaLook.body
             color: MosaLook.tertiary
         }
         Text {
