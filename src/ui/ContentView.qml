@@ -34,6 +34,8 @@ Item {
         anchors.fill: parent
         // Covered by the viewer: no pointer, key or screen reader has any business there.
         visible: !viewer.active
+        // What is merely hidden would keep the focus, and with it the keys.
+        enabled: visible
         sourceComponent: root.state.folder === undefined ? picker : browser
     }
     Component {

@@ -29,6 +29,8 @@ Item {
         id: bars
         width: parent.width
         visible: !browser.immersive
+        // What is merely hidden would keep the focus, and with it the keys.
+        enabled: visible
 
         ToolbarView {
             objectName: "toolbar"
