@@ -5,6 +5,7 @@
 #include "ThumbnailImage.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -104,6 +105,10 @@ void Session::hover(int index) {
     collect(m_window->contentItem(), pictures);
     const QQuickItem *item = pictures.at(size_t(index) % pictures.size());
     QTest::mouseMove(m_window, item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
+}
+
+void Session::pointAway() {
+    QCursor::setPos(m_window->geometry().bottomRight() + QPoint(10, 10));
 }
 
 void Session::wait(int milliseconds) {

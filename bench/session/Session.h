@@ -28,6 +28,8 @@ public:
     void press(Qt::Key key);
     /// Moves the pointer over the page's cell of that index, wrapping round.
     void hover(int index);
+    /// Moves the pointer off the window.
+    void pointAway();
     /// Runs the event loop for a while.
     void wait(int milliseconds);
     /// A folder is shown, and every item of the page has its picture.

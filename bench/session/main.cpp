@@ -75,6 +75,7 @@ void firstPage(const FileURL &folder) {
 
 void gaps(const FileURL &folder) {
     Session session;
+    session.pointAway();
     MainThreadGaps watch;
     watch.start(session.window());
     session.open(folder);

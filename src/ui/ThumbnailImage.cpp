@@ -1,11 +1,13 @@
 #include "ThumbnailImage.h"
 
+#include "HalvedTexture.h"
 #include "PixelGrid.h"
 #include "ThumbnailService.h"
 
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QSGRectangleNode>
+#include <QSGRendererInterface>
 #include <QSGTexture>
 
 #include <algorithm>
@@ -19,34 +21,20 @@ namespace {
 struct ThumbnailNode : QSGTransformNode {
     std::unique_ptr<QSGRectangleNode> backing;
     std::unique_ptr<QSGImageNode> picture;
+    /// How often the picture's texture was halved.
+    int halvings = 0;
 };
 
-/// Each pixel the mean of four, which thumbnails of 32 bits allow without conversion; an odd last row or
-/// column is left out. Fast enough for a page of them between two frames.
-QImage halved(const QImage &image) {
-    constexpr quint32 evenBytes = 0x00FF00FF;
-    constexpr quint32 rounding = 0x00020002;
-    const int width = std::max(1, image.width() / 2);
-    QImage result(width, std::max(1, image.height() / 2), image.format());
-    const size_t right = image.width() > 1 ? 1 : 0;
-    const int below = image.height() > 1 ? 1 : 0;
-    for (int y = 0; y < result.height(); ++y) {
-        const auto *upper = reinterpret_cast<const quint32 *>(image.constScanLine(2 * y));
-        const auto *lower = reinterpret_cast<const quint32 *>(image.constScanLine(2 * y + below));
-        auto *target = reinterpret_cast<quint32 *>(result.scanLine(y));
-        for (size_t x = 0; x < size_t(width); ++x) {
-            const quint32 a = upper[2 * x];
-            const quint32 b = upper[2 * x + right];
-            const quint32 c = lower[2 * x];
-            const quint32 d = lower[2 * x + right];
-            const quint32 even =
-                (a & evenBytes) + (b & evenBytes) + (c & evenBytes) + (d & evenBytes) + rounding;
-            const quint32 odd = (a >> 8 & evenBytes) + (b >> 8 & evenBytes) + (c >> 8 & evenBytes) +
-                                (d >> 8 & evenBytes) + rounding;
-            target[x] = (even >> 2 & evenBytes) | (odd >> 2 & evenBytes) << 8;
-        }
+/// The picture halved so many times. Qt's software renderer takes only textures of its own making.
+QSGTexture *makeTexture(QQuickWindow &window, const QImage &image, int halvings) {
+    if (halvings == 0) {
+        return window.createTextureFromImage(image, QQuickWindow::TextureIsOpaque);
     }
-    return result;
+    if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software) {
+        return window.createTextureFromImage(HalvedTexture::halved(image, halvings),
+                                             QQuickWindow::TextureIsOpaque);
+    }
+    return new HalvedTexture(window, image, halvings);
 }
 
 } // namespace
@@ -106,15 +94,14 @@ void ThumbnailImage::receive(const QFuture<QImage> &future) {
     }
     const bool had = hasImage();
     m_source = future.result().convertToFormat(QImage::Format_RGB32);
-    m_shown = {};
-    polish();
+    m_textureStale = true;
     update();
     if (hasImage() != had) {
         Q_EMIT hasImageChanged();
     }
 }
 
-int ThumbnailImage::neededLevel() const {
+int ThumbnailImage::neededHalvings() const {
     if (m_source.isNull() || width() < 1 || height() < 1) {
         return 0;
     }
@@ -123,31 +110,13 @@ int ThumbnailImage::neededLevel() const {
     return std::max(0, int(std::floor(std::log2(1 / scale))));
 }
 
-void ThumbnailImage::updatePolish() {
-    const int level = neededLevel();
-    if (m_source.isNull() || (level == m_level && !m_shown.isNull())) {
-        return;
-    }
-    m_shown = m_source;
-    for (int i = 0; i < level; ++i) {
-        m_shown = halved(m_shown);
-    }
-    m_level = level;
-    m_textureStale = true;
-    update();
-}
-
 void ThumbnailImage::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
     update();
-    if (newGeometry.size() != oldGeometry.size()) {
-        polish();
-    }
 }
 
 void ThumbnailImage::itemChange(ItemChange change, const ItemChangeData &data) {
     if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) {
-        polish();
         update();
     }
     QQuickItem::itemChange(change, data);
@@ -166,7 +135,7 @@ QSGNode *ThumbnailImage::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *
     auto *node = oldNode != nullptr ? static_cast<ThumbnailNode *>(oldNode) : new ThumbnailNode;
     const QRectF whole = PixelGrid::snapped(*this, boundingRect());
     const QRectF rect = PixelGrid::snapped(*this, pictureRect());
-    const bool hasPicture = !rect.isEmpty() && !m_shown.isNull();
+    const bool hasPicture = !rect.isEmpty();
     if (!hasPicture) {
         node->picture.reset();
     } else {
@@ -177,9 +146,10 @@ QSGNode *ThumbnailImage::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *
             node->picture->setFiltering(QSGTexture::Linear);
             m_textureStale = true;
         }
-        if (m_textureStale) {
-            node->picture->setTexture(
-                window()->createTextureFromImage(m_shown, QQuickWindow::TextureIsOpaque));
+        const int halvings = neededHalvings();
+        if (m_textureStale || halvings != node->halvings) {
+            node->picture->setTexture(makeTexture(*window(), m_source, halvings));
+            node->halvings = halvings;
             m_textureStale = false;
         }
         node->picture->setRect(rect);

@@ -44,22 +44,18 @@ protected:
     void componentComplete() override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
-    void updatePolish() override;
     QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data) override;
 
 private:
     void request();
     void receive(const QFuture<QImage> &future);
-    int neededLevel() const;
+    /// A texture that is reduced by more than half while it is drawn flickers and looks grainy.
+    int neededHalvings() const;
 
     MediaFile m_item;
     QColor m_backing = Qt::transparent;
     /// As the service made it.
     QImage m_source;
-    /// What is drawn: the source, or for small items the source halved m_level times, as a texture that is
-    /// reduced by more than half flickers and looks grainy.
-    QImage m_shown;
-    int m_level = 0;
     bool m_textureStale = false;
     QFutureWatcher<QImage> m_request;
 };
