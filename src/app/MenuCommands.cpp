@@ -3,6 +3,7 @@
 #include "AppState.h"
 #include "ApplicationIdentity.h"
 #include "FileManager.h"
+#include "KeyPress.h"
 #include "MainWindow.h"
 #include "MosaUpdaterController.h"
 
@@ -14,7 +15,7 @@ MenuCommands::MenuCommands(const Targets &targets, QObject *parent) : QObject(pa
     addViewMenu();
     addHelpMenu();
     addQuit();
-    connect(&m_targets.window, &MainWindow::pressMissed, this, &MenuCommands::followPress);
+    m_targets.window.installEventFilter(this);
 }
 
 MenuCommand *MenuCommands::add(MenuCommand::Menu menu, const QString &name, const QString &title,
@@ -29,15 +30,21 @@ MenuCommand *MenuCommands::command(const QString &name) const {
     return found == m_commands.end() ? nullptr : *found;
 }
 
-void MenuCommands::followPress(const KeyPress &press) {
+bool MenuCommands::eventFilter(QObject *, QEvent *event) {
+    if (event->type() != QEvent::KeyPress) {
+        return false;
+    }
+    const KeyPress press = KeyPress::fromEvent(*static_cast<QKeyEvent *>(event));
     if (!press.command || press.characters.isEmpty()) {
-        return;
+        return false;
     }
     const QKeySequence keys(Qt::CTRL | Qt::Key(press.characters.front().toUpper().unicode()));
     const auto found = std::ranges::find(m_commands, keys, &MenuCommand::keys);
-    if (found != m_commands.end()) {
-        (*found)->trigger();
+    if (found == m_commands.end()) {
+        return false;
     }
+    (*found)->trigger();
+    return true;
 }
 
 void MenuCommands::setSuspended(bool suspended) {

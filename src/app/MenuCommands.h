@@ -9,7 +9,6 @@ class AppState;
 class FileManager;
 class MainWindow;
 class MosaUpdaterController;
-struct KeyPress;
 
 /// The program's menu commands, in the order in which menus show them. Main thread.
 class MenuCommands : public QObject {
@@ -40,6 +39,11 @@ Q_SIGNALS:
     void aboutRequested();
     void suspendedChanged();
 
+protected:
+    /// Sees the presses that no shortcut took, and takes those that are one by the place of their keys, for
+    /// keyboards without Latin letters.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     MenuCommand *add(MenuCommand::Menu menu, const QString &name, const QString &title,
                      const QKeySequence &shortcut = {});
@@ -48,8 +52,6 @@ private:
     void addViewMenu();
     void addHelpMenu();
     void addQuit();
-    /// Shortcuts by the place of their keys, for keyboards without Latin letters.
-    void followPress(const KeyPress &press);
     QQmlListProperty<MenuCommand> commandList() { return {this, &m_commands}; }
 
     Targets m_targets;

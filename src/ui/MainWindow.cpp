@@ -97,9 +97,6 @@ bool MainWindow::event(QEvent *event) {
     --m_eventDepth;
     if (m_eventDepth == 0) {
         dragBackground(event);
-        if (event->type() == QEvent::KeyPress && !event->isAccepted()) {
-            Q_EMIT pressMissed(KeyPress::fromEvent(*static_cast<QKeyEvent *>(event)));
-        }
     }
     return handled;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "FileURL.h"
-#include "KeyPress.h"
 #include "WindowFrameAutosave.h"
 
 #include <QPointF>
@@ -48,9 +47,6 @@ public:
 Q_SIGNALS:
     /// The window is full screen, maximised or neither, now differently from before.
     void stateChanged();
-    /// No item and no shortcut took a key press. Shortcuts go by the letters that the keyboard's layouts
-    /// have.
-    void pressMissed(const KeyPress &press);
     /// The user asks for the window's menu at a point of the window.
     void menuRequested(QPointF position);
 
