@@ -3,6 +3,7 @@
 #include "AccessibleScene.h"
 #include "DrawingTurns.h"
 #include "FileManager.h"
+#include "NativeBackground.h"
 #include "NotificationCentre.h"
 #include "NotificationNames.h"
 
@@ -89,6 +90,10 @@ void MainWindow::followWindowState() {
 bool MainWindow::event(QEvent *event) {
     if (event->type() == QEvent::Close) {
         m_autosave.save();
+    } else if (event->type() == QEvent::PlatformSurface &&
+               static_cast<QPlatformSurfaceEvent *>(event)->surfaceEventType() ==
+                   QPlatformSurfaceEvent::SurfaceCreated) {
+        NativeBackground::set(*this, color());
     }
     // The base class sends pointer events through its own handlers and back here before the scene sees them;
     // only after the outermost call is it known whether an item took the press.

@@ -135,6 +135,20 @@ class Window(Scenario):
         mosa.key("F11")
         zoomed()
 
+    def test_what_it_has_not_drawn_yet_is_dark(self):
+        mosa, window = self.opened()
+        xdotool("windowsize", window, 940, 640)
+        x, y, _, _ = settled(window)
+        mosa.process.send_signal(signal.SIGSTOP)
+        try:
+            xdotool("windowsize", window, 1300, 800)
+            self.assertEqual(settled(window)[2:], (1300, 800))
+            spot = subprocess.run(["import", "-window", "root", "-crop", f"1x1+{x + 1200}+{y + 700}", "-depth", "8",
+                                   "rgb:-"], capture_output=True, check=True).stdout
+        finally:
+            mosa.process.send_signal(signal.SIGCONT)
+        self.assertEqual(spot.hex(), "09090a")
+
     def test_controls_are_where_they_say_on_scaled_screens(self):
         for scale in ("1.25", "1.5", "2"):
             with self.subTest(scale):
