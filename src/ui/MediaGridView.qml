@@ -14,7 +14,17 @@ Item {
 
     clip: true
 
+    Connections {
+        target: view.pager
+
+        // A frame begins with a look at what is under a resting pointer: there the cells are in place already.
+        function onPageItemIdsChanged(): void {
+            grid.forceLayout();
+        }
+    }
     JustifiedGrid {
+        id: grid
+
         anchors.fill: parent
         anchors.margins: 6
         spacing: 6
