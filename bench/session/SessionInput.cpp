@@ -13,7 +13,7 @@ namespace {
 
 constexpr int largePhotos = 60;
 constexpr int largeVideos = 60;
-constexpr int photoCount = 4000;
+constexpr int photoCount = 4400;
 
 fs::path native(const FileURL &url) {
     return url.nativePath().toStdString();
@@ -76,13 +76,13 @@ FileURL SessionInput::flatFolder(const FileURL &storage, const ScanInput::Librar
 }
 
 FileURL SessionInput::photoFolder(const FileURL &storage) {
-    const FileURL folder = storage.appending("photos");
+    const FileURL folder = storage.appending("upright photos");
     if (fs::exists(native(folder))) {
         return folder;
     }
     NewFolder made(folder);
-    const FileURL photo = storage.appending("medium.jpg");
-    check(MediaMaker::photo(photo, {.size = {1080, 720}}));
+    const FileURL photo = storage.appending("upright.jpg");
+    check(MediaMaker::photo(photo, {.size = {880, 1040}}));
     for (int i = 0; i < photoCount; ++i) {
         fs::create_hard_link(native(photo), made.path() / ("IMG_" + std::to_string(i) + ".jpg"));
     }
