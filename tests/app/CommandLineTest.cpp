@@ -14,8 +14,6 @@ private Q_SLOTS:
         QTest::addColumn<Action>("action");
         QTest::addColumn<QByteArray>("folder");
         QTest::newRow("relative path") << Arguments{"a b"} << Action::Run << QByteArray("/home/me/a b");
-        QTest::newRow("bytes that are no UTF-8")
-            << Arguments{"/\xFF\xFE"} << Action::Run << QByteArray("/\xFF\xFE");
         QTest::newRow("address") << Arguments{"file:///a%20b/%FF"} << Action::Run << QByteArray("/a b/\xFF");
         QTest::newRow("the first of several") << Arguments{"/a", "/b"} << Action::Run << QByteArray("/a");
         QTest::newRow("help wins") << Arguments{"/a", "--help"} << Action::ShowHelp << QByteArray();

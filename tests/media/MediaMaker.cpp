@@ -6,10 +6,10 @@
 #include <QDebug>
 
 #include <array>
-#include <cerrno>
+#include <fstream>
+#include <iterator>
 #include <random>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace MediaMaker {
@@ -96,34 +96,13 @@ bool showsPattern(const QImage &image) {
 bool write(const FileURL &target, const QByteArray &content) {
     // Anew instead of over: file systems flush a file that is truncated and written.
     ::unlink(target.nativePath().constData());
-    const int fd = ::open(target.nativePath().constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-    if (fd < 0) {
-        qWarning() << "cannot create" << target.path() << qt_error_string(errno);
-        return false;
-    }
-    qsizetype done = 0;
-    while (done < content.size()) {
-        const ssize_t wrote = ::write(fd, content.constData() + done, size_t(content.size() - done));
-        if (wrote <= 0) {
-            break;
-        }
-        done += wrote;
-    }
-    return ::close(fd) == 0 && done == content.size();
+    std::ofstream file(target.nativePath().constData(), std::ios::binary);
+    return bool(file.write(content.constData(), content.size()).flush());
 }
 
-QByteArray read(const FileURL &file) {
-    QByteArray content;
-    const int fd = ::open(file.nativePath().constData(), O_RDONLY | O_CLOEXEC);
-    std::array<char, 65536> chunk{};
-    ssize_t got = 0;
-    while (fd >= 0 && (got = ::read(fd, chunk.data(), chunk.size())) > 0) {
-        content.append(chunk.data(), got);
-    }
-    if (fd >= 0) {
-        ::close(fd);
-    }
-    return content;
+QByteArray read(const FileURL &url) {
+    std::ifstream file(url.nativePath().constData(), std::ios::binary);
+    return QByteArray::fromStdString({std::istreambuf_iterator<char>(file), {}});
 }
 
 QByteArray noise(qsizetype length, quint32 seed) {

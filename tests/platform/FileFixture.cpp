@@ -1,9 +1,8 @@
 #include "FileFixture.h"
 
 #include <algorithm>
-#include <memory>
+#include <filesystem>
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 namespace FileFixture {
@@ -20,8 +19,8 @@ struct stat statusOf(const QByteArray &path) {
 } // namespace
 
 QByteArray read(const QByteArray &path) {
-    const QByteArray content = MediaMaker::read(FileURL::fromNativePath(path));
-    return S_ISREG(statusOf(path).st_mode) ? QByteArray("") + content : QByteArray();
+    const bool isFile = S_ISREG(statusOf(path).st_mode);
+    return isFile ? QByteArray("") + MediaMaker::read(FileURL::fromNativePath(path)) : QByteArray();
 }
 
 bool makeDirectory(const QByteArray &path) {
@@ -38,11 +37,10 @@ mode_t modeOf(const QByteArray &path) {
 
 QByteArrayList names(const QByteArray &directory) {
     QByteArrayList found;
-    const std::unique_ptr<DIR, int (*)(DIR *)> stream(::opendir(directory.constData()), ::closedir);
-    while (const dirent *entry = stream ? ::readdir(stream.get()) : nullptr) {
-        found.append(entry->d_name);
+    std::error_code missing;
+    for (const auto &entry : std::filesystem::directory_iterator(directory.toStdString(), missing)) {
+        found.append(QByteArray::fromStdString(entry.path().filename().string()));
     }
-    found.removeIf([](const QByteArray &name) { return name == "." || name == ".."; });
     std::sort(found.begin(), found.end());
     return found;
 }

@@ -252,17 +252,6 @@ private Q_SLOTS:
         QVERIFY(names(m_from).size() >= 3);
     }
 
-    void failsWithoutAFolder() {
-        QVERIFY(write(m_from + "/a", "a"));
-        for (const char *folder : {"/missing", "/from/a"}) {
-            m_to = m_root->path() + folder;
-            for (const FileOperationKind kind : kinds) {
-                QVERIFY(run(kind, {m_from + "/a"})[0].error);
-                QCOMPARE(read(m_from + "/a"), "a"_ba);
-            }
-        }
-    }
-
     /// The hook runs while the content is being copied, which is when another program gets in the way.
     void sourceChangesMeanwhile_data() {
         QTest::addColumn<QByteArray>("change");

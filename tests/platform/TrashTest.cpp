@@ -211,19 +211,6 @@ private Q_SLOTS:
         QCOMPARE(read(inner.path() + '/' + userTrash() + "/files/c"), "c"_ba);
     }
 
-    /// The record does not fit on the disk: the file stays, and no half record.
-    void fullDisk() {
-        SKIP_WITHOUT_MOUNTS();
-        m_mount.emplace(m_root->path() + "/card", "size=64k");
-        const QByteArray top = m_mount->path();
-        QVERIFY(write(top + "/first", "1") && write(top + "/a", "a"));
-        QVERIFY(!trash({top + "/first"})[0]);
-        write(top + "/filling", QByteArray(1 << 20, 'x'));
-        QVERIFY(trash({top + "/a"})[0]);
-        QCOMPARE(read(top + "/a"), "a"_ba);
-        QCOMPARE(names(top + '/' + userTrash() + "/info"), QByteArrayList{"first.trashinfo"});
-    }
-
     void dropsWhatWasNotFlushed() {
         QVERIFY(write(m_from + "/a", "a"));
         {

@@ -59,32 +59,27 @@ private Q_SLOTS:
         QVERIFY(makeDirectory(m_from) && makeDirectory(m_to));
     }
 
-    void transfersInOrderAndReports_data() {
-        QTest::addColumn<FileOperationKind>("kind");
-        QTest::newRow("copy") << FileOperationKind::copy;
-        QTest::newRow("move") << FileOperationKind::move;
-    }
-
     void transfersInOrderAndReports() {
-        QFETCH(FileOperationKind, kind);
-        QList<FileURL> files = makeFiles(40);
         const FileURL missing = FileURL::fromNativePath(m_from + "/missing.jpg");
-        files.insert(0, missing);
-        files.insert(20, missing);
+        for (const FileOperationKind kind : {FileOperationKind::copy, FileOperationKind::move}) {
+            QList<FileURL> files = makeFiles(40);
+            QList<FileURL> asked = files;
+            asked.insert(0, missing);
+            asked.insert(20, missing);
+            m_reports.clear();
+            const auto future = FileOperations::transfer(asked, FileURL::directory(m_to), kind, progress());
+            QVERIFY(ends(future));
 
-        const auto future = FileOperations::transfer(files, FileURL::directory(m_to), kind, progress());
-        QVERIFY(ends(future));
-
-        const FileTransferResult result = future.result();
-        QCOMPARE(result.failures, (QList<FileURL>{missing, missing}));
-        files.removeAll(missing);
-        QCOMPARE(result.sources, files);
-        QCOMPARE(result.destinations.size(), 40);
-        for (int i = 0; i < 40; ++i) {
-            QVERIFY(read(result.destinations.at(i).nativePath()) == MediaMaker::noise(1000, quint32(i)));
-            QCOMPARE(exists(files.at(i).nativePath()), kind == FileOperationKind::copy);
+            const FileTransferResult result = future.result();
+            QCOMPARE(result.failures, (QList<FileURL>{missing, missing}));
+            QCOMPARE(result.sources, files);
+            QCOMPARE(result.destinations.size(), 40);
+            for (int i = 0; i < 40; ++i) {
+                QVERIFY(read(result.destinations.at(i).nativePath()) == MediaMaker::noise(1000, quint32(i)));
+                QCOMPARE(exists(files.at(i).nativePath()), kind == FileOperationKind::copy);
+            }
+            QVERIFY(reportedEachOf(42));
         }
-        QVERIFY(reportedEachOf(42));
     }
 
     void trashesInOrderAndReports() {
@@ -102,10 +97,7 @@ private Q_SLOTS:
 
     /// The program ends: the batch stops between two files, or within a large one, and leaves nothing half
     /// done.
-    void stopsWhenCancelled_data() { transfersInOrderAndReports_data(); }
-
     void stopsWhenCancelled() {
-        QFETCH(FileOperationKind, kind);
         const QList<FileURL> files = makeFiles(200);
         std::atomic_bool go = false;
         QSemaphore begun;
@@ -117,7 +109,8 @@ private Q_SLOTS:
                 QThread::msleep(1);
             }
         };
-        auto future = FileOperations::transfer(files, FileURL::directory(m_to), kind, wait);
+        auto future =
+            FileOperations::transfer(files, FileURL::directory(m_to), FileOperationKind::move, wait);
         QVERIFY(begun.tryAcquire(1, 60'000));
         future.cancel();
         go = true;
@@ -130,7 +123,7 @@ private Q_SLOTS:
             const QByteArray name = QByteArray::number(i) + ".jpg";
             const bool atTarget = copied.contains(name);
             QVERIFY(!atTarget || read(m_to + '/' + name) == MediaMaker::noise(1000, quint32(i)));
-            QCOMPARE(exists(m_from + '/' + name), kind == FileOperationKind::copy || !atTarget);
+            QCOMPARE(exists(m_from + '/' + name), !atTarget);
         }
         QVERIFY(std::none_of(copied.begin(), copied.end(), [](const auto &name) { return name[0] == '.'; }));
     }

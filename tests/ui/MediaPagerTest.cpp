@@ -19,19 +19,6 @@ private Q_SLOTS:
         m_pager->setState(m_state);
     }
 
-    void showsAPage() {
-        QCOMPARE(m_pager->pageCount(), 3);
-        QCOMPARE(shown(), QStringLiteral("v0 v1 v2 v3"));
-        m_state->setPage(1);
-        QCOMPARE(m_pager->shownPage(), 1);
-        QCOMPARE(shown(), QStringLiteral("v4 v5 v6 v7"));
-        QCOMPARE(m_pager->pageItemIds().first(), QStringLiteral("/f/v4.mp4"));
-        m_state->setActiveTab(MediaKind::photo);
-        QTRY_COMPARE(shown(), QStringLiteral("p0 p1 p2"));
-        QCOMPARE(m_pager->pageCount(), 1);
-        QCOMPARE(m_pager->shownPage(), 0);
-    }
-
     void clampsAPageBeyondTheLast() {
         m_state->setPage(2);
         m_state->setPage(3);
