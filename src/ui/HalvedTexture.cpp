@@ -54,10 +54,6 @@ QImage HalvedTexture::halved(const QImage &image, int times) {
     return result;
 }
 
-qint64 HalvedTexture::comparisonKey() const {
-    return m_texture ? m_texture->comparisonKey() : qint64(quintptr(this));
-}
-
 QRhiTexture *HalvedTexture::rhiTexture() const {
     return m_texture ? m_texture->rhiTexture() : nullptr;
 }

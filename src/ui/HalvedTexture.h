@@ -22,7 +22,7 @@ public:
     /// column is left out. Any thread.
     static QImage halved(const QImage &image, int times);
 
-    qint64 comparisonKey() const override;
+    qint64 comparisonKey() const override { return qint64(quintptr(this)); }
     QRhiTexture *rhiTexture() const override;
     QSize textureSize() const override { return m_size; }
     bool hasAlphaChannel() const override { return false; }
