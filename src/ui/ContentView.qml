@@ -56,12 +56,22 @@ Item {
         }
     }
 
+    FormerFocus {
+        id: formerFocus
+    }
     Connections {
         target: root.state
         function onFullItemChanged() {
             if (root.state.fullItem !== undefined)
                 root.viewedItem = root.state.fullItem;
-            viewer.active = root.state.fullItem !== undefined;
+            const opens = root.state.fullItem !== undefined;
+            if (opens === viewer.active)
+                return;
+            if (opens)
+                formerFocus.note(root.Window.activeFocusItem);
+            viewer.active = opens;
+            if (!opens)
+                formerFocus.giveBack();
         }
     }
     Loader {

@@ -16,15 +16,13 @@ T.Menu {
 
     delegate: MosaMenuItem {}
 
-    /// Had the keyboard's focus before, and has it again afterwards.
-    property Item formerFocus: null
+    readonly property FormerFocus formerFocus: FormerFocus {}
 
-    onAboutToShow: formerFocus = parent?.Window.activeFocusItem ?? null
+    onAboutToShow: formerFocus.note(parent?.Window.activeFocusItem ?? null)
     onClosed: {
         const taken = parent?.Window.activeFocusItem ?? null;
-        if (formerFocus && (!taken || taken === parent?.Window.contentItem))
-            formerFocus.forceActiveFocus(Qt.PopupFocusReason);
-        formerFocus = null;
+        if (!taken || taken === parent?.Window.contentItem)
+            formerFocus.giveBack();
     }
 
     /// Where something that begins at a place fits into the room.

@@ -17,22 +17,17 @@ FocusScope {
     property string accessibleDescription
     default property alias content: body.data
 
-    property Item formerFocus: null
+    /// For whoever ends the sheet to give back.
+    readonly property FormerFocus formerFocus: FormerFocus {}
 
     anchors.fill: parent
     focus: true
 
     Component.onCompleted: {
-        formerFocus = Window.activeFocusItem;
-        (initialFocus ?? firstStop.nextItemInFocusChain(true)).forceActiveFocus(Qt.PopupFocusReason);
+        formerFocus.note(Window.activeFocusItem);
+        (initialFocus ?? firstStop.nextItemInFocusChain(true)).forceActiveFocus(formerFocus.reason);
         appearance.start();
     }
-    Component.onDestruction: {
-        if (formerFocus) {
-            formerFocus.forceActiveFocus(Qt.PopupFocusReason);
-        }
-    }
-
     NumberAnimation {
         id: appearance
         target: sheet

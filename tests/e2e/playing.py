@@ -74,14 +74,16 @@ class Playing(Scenario):
 
     def test_photos_open_step_and_close(self):
         mosa = self.mosa(samples.folder(self.home / "album", photos=3))
-        # What had the focus before gets no keys while the viewer covers it.
+        # What had the focus before gets no keys while the viewer covers it, and has the focus again afterwards.
         self.choose(mosa, "Deselect Page")
-        wait_until(lambda: mosa.see(name=FLAGS).has("focused"), "the focus on the button of the menu")
+        focused = lambda: mosa.see(name=FLAGS).has("focused")  # noqa: E731
+        wait_until(focused, "the focus on the button of the menu")
         mosa.click(mosa.see(name="Open photo: photo 1.jpg"), count=2)
         mosa.see_gone(name="Photos 3")
         mosa.key("Left", "Right", "space", "Down")
         mosa.key("Escape")
         mosa.see(name="Photos 3")
+        wait_until(focused, "the focus back on the button of the menu")
 
 
 if __name__ == "__main__":
