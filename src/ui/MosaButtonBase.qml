@@ -27,6 +27,8 @@ T.Button {
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     font: MosaLook.body
+    // What is merely hidden would keep the focus, and with it the keys.
+    enabled: visible
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     opacity: enabled ? 1 : MosaLook.disabledOpacity

@@ -91,6 +91,13 @@ class Browsing(Scenario):
         mosa.key("Return")
         mosa.see_gone(name="Arrange Videos")
         self.assertEqual(self.order(mosa), before)
+        # The button has the focus again, but takes no keys while it is hidden.
+        mosa.click(mosa.see(name="Photos 0"))
+        mosa.see_gone(BUTTON, "Arrange")
+        mosa.key("space")
+        mosa.click(mosa.see(name="Videos 3"))
+        mosa.see(BUTTON, "Arrange")
+        self.assertEqual(mosa.all("dialog"), [])
 
     def rows(self, mosa):
         """As assistive technology goes through them."""
