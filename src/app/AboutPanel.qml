@@ -62,6 +62,7 @@ Panel {
         MosaPushButton {
             anchors.horizontalCenter: parent.horizontalCenter
             text: qsTr("Close")
+            isDefault: true
             focus: true
             onClicked: root.close()
         }
