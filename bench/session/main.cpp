@@ -76,6 +76,8 @@ void firstPage(const FileURL &folder) {
 void gaps(const FileURL &folder) {
     Session session;
     session.pointAway();
+    // Nobody chooses a folder sooner; until then the program has loaded what it starts without.
+    session.wait(500);
     MainThreadGaps watch;
     watch.start(session.window());
     session.open(folder);

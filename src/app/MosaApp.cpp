@@ -34,10 +34,13 @@ QString portalName(QWindow *window) {
     return QStringLiteral("x11:") + QString::number(window->winId(), 16);
 }
 
-/// Calls, in the background, what loads a library with its first call.
-template <auto first>
-void load() {
-    BackgroundTask::run<void>([](QPromise<void> &) { first(); });
+/// What the window's first frame does without, and what has to be there before a folder is shown: while a
+/// library is loaded, no thread can be started, and whoever starts one waits.
+void loadLibraries() {
+    BackgroundTask::run<void>([](QPromise<void> &) {
+        Codecs::loaded();
+        MPVFunctions::real();
+    });
 }
 
 } // namespace
@@ -94,9 +97,6 @@ void MosaApp::makeState() {
     services.alerts = m_alerts.get();
     services.preferences = m_preferences.get();
     m_state = std::make_unique<AppState>(std::move(services));
-    // Loaded while the first folder is scanned, the player library is there before a video can be pointed at.
-    connect(m_state.get(), &AppState::isScanningChanged, this, load<MPVFunctions::real>,
-            Qt::SingleShotConnection);
     m_updater = std::make_unique<MosaUpdaterController>(QDBusConnection::systemBus(),
                                                         ApplicationIdentity::packageName);
 }
@@ -113,8 +113,7 @@ void MosaApp::openWindow() {
          {QStringLiteral("updater"), QVariant::fromValue(m_updater.get())},
          {QStringLiteral("alerts"), QVariant::fromValue(m_alerts.get())},
          {QStringLiteral("chooser"), QVariant::fromValue(m_sheetChooser.get())}});
-    // With the window in sight there is time for the decoders before a folder is chosen.
-    connect(m_window.get(), &QQuickWindow::frameSwapped, this, load<Codecs::loaded>,
+    connect(m_window.get(), &QQuickWindow::frameSwapped, this, loadLibraries,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     m_window->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Mosa/App/MainScene.qml")));
     m_window->open();
