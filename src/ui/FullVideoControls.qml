@@ -25,7 +25,6 @@ ColumnLayout {
         Layout.fillWidth: true
         current: root.position
         maximum: Math.max(root.duration, 0.01)
-        stepSize: 5
         Accessible.name: qsTr("Position")
         onEdited: value => root.controller?.seek(value)
     }
@@ -84,7 +83,6 @@ ColumnLayout {
             Layout.preferredWidth: 90
             current: root.controller?.volume ?? 0
             maximum: 100
-            stepSize: 5
             Accessible.name: qsTr("Volume")
             onEdited: value => {
                 if (root.controller)

@@ -37,6 +37,9 @@ MosaSlider {
     }
     Component.onCompleted: follow()
 
+    // For keys and assistive technology: the values of a pointer would be rounded to steps, too.
+    stepSize: pressed ? 0 : 5
+
     // The arrow keys to the left and right may belong to the window.
     Keys.onUpPressed: increase()
     Keys.onDownPressed: decrease()
