@@ -17,10 +17,16 @@ Item {
 
     readonly property color disc: Qt.rgba(0, 0, 0, 0.65)
 
+    readonly property real gap: 8
+    /// The buttons stand in a row. What finds no room in it, in the cell of an upright video, comes below the others.
+    readonly property bool muteInRow: width >= removeButton.width + muteButton.width + flag.width + 4 * gap
+    readonly property bool flagInRow: width >= removeButton.width + flag.width + 3 * gap
+
     MosaPlainButton {
         id: removeButton
 
-        anchors { left: parent.left; leftMargin: 8; verticalCenter: flag.verticalCenter }
+        x: root.gap
+        y: root.gap + (flag.height - height) / 2
         implicitWidth: 24
         implicitHeight: 24
         cornerRadius: 12
@@ -32,7 +38,10 @@ Item {
     }
 
     MuteButton {
-        anchors { left: removeButton.right; leftMargin: 8; verticalCenter: flag.verticalCenter }
+        id: muteButton
+
+        x: root.muteInRow ? removeButton.x + removeButton.width + root.gap : removeButton.x
+        y: root.muteInRow ? removeButton.y : removeButton.y + removeButton.height + root.gap
         implicitWidth: 24
         implicitHeight: 24
         cornerRadius: 12
@@ -45,7 +54,8 @@ Item {
     ItemFlagButton {
         id: flag
 
-        anchors { right: parent.right; top: parent.top; margins: 8 }
+        x: root.flagInRow ? root.width - width - root.gap : muteButton.x + (muteButton.width - width) / 2
+        y: root.flagInRow ? root.gap : muteButton.y + muteButton.height + root.gap
         item: root.item
         state: root.state
     }
@@ -55,7 +65,6 @@ Item {
         visible: root.duration > 0
         current: root.controller?.position ?? 0
         maximum: root.duration
-        stepSize: 5
         Accessible.name: qsTr("Position")
         onEdited: value => root.controller?.seek(value)
     }

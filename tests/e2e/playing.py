@@ -32,20 +32,36 @@ class Playing(Scenario):
         mosa.point_away()
         mosa.see(name=other.name, value="Preview stopped")
 
+    def test_the_controls_of_an_upright_video_find_room_in_its_cell(self):
+        (self.home / "clips").mkdir()
+        samples.video(self.home / "clips/upright.mp4", size="120x900")
+        mosa = self.mosa(self.home / "clips")
+        mosa.point(mosa.see(name="Play preview: upright.mp4"))
+        mosa.see("slider", "Position")
+        left, _, width, _ = mosa.see(name="Play preview: upright.mp4").rectangle
+        taken = [mosa.see(BUTTON, name).rectangle for name in ("Remove from Grid", "Unmute", "Flag")]
+        for index, (x, y, w, h) in enumerate(taken):
+            self.assertTrue(left <= x and x + w <= left + width, f"{taken} within {left} + {width}")
+            for x2, y2, w2, h2 in taken[:index]:
+                self.assertTrue(x2 + w2 <= x or x + w <= x2 or y2 + h2 <= y, f"{taken} are apart")
+
     def test_a_video_opens_plays_pauses_and_closes(self):
         folder = samples.folder(self.home / "clips", videos=1)
-        samples.video(folder / "long.mp4", seconds=40)
+        samples.video(folder / "long.mp4", seconds=44)
         mosa = self.mosa(folder)
         mosa.click(mosa.see(name="Play preview: long.mp4"), count=2)
         mosa.see(name="long.mp4")
         mosa.see(BUTTON, "Cycle Subtitles")
-        mosa.see(name="0:40")
+        mosa.see(name="0:44")
         mosa.see(BUTTON, "Pause")
         # A click beside the controls does nothing.
         mosa.click(mosa.see("frame"))
         mosa.see(BUTTON, "Pause")
         mosa.key("space")
         mosa.see(BUTTON, "Play")
+        # The pointer reaches what lies between the steps of the keys.
+        mosa.click(mosa.see("slider", "Position"))
+        mosa.see(name=re.compile("^0:2[12]$"))
         mosa.see("slider", "Position").number = 30.5
         mosa.see(name="0:30")
         mosa.see("slider", "Volume").number = 55
