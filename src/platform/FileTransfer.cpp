@@ -104,7 +104,9 @@ void FileTransfer::flush() {
 }
 
 std::error_code FileTransfer::publish(Entry &entry) const {
-    std::error_code error = entry.staged->sync();
+    // Asked once more: a slow disk may take longer for a group than a program that ends may wait.
+    std::error_code error =
+        m_stop && m_stop() ? std::make_error_code(std::errc::operation_canceled) : entry.staged->sync();
     if (!error) {
         // A file that was written to while it was copied may be torn.
         error = entry.source->checkUnchanged();

@@ -32,6 +32,7 @@ public:
     /// Called once for each file, in the order they were added.
     using Finished = std::function<void(const Outcome &)>;
 
+    /// Asked to stop, files fail within their content or before they wait for the disk.
     FileTransfer(FileURL folder, FileOperationKind kind, Finished finished, StopRequest stop);
 
     /// Files that are not regular ones fail.

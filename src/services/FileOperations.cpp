@@ -32,7 +32,9 @@ QFuture<QList<FileURL>> trash(const QList<FileURL> &files, const Progress &progr
             }
             trash.add(file);
         }
-        trash.flush();
+        if (!promise.isCanceled()) {
+            trash.flush();
+        }
         promise.addResult(trashed);
     });
 }

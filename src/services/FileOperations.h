@@ -6,7 +6,8 @@
 
 #include <functional>
 
-/// Work on the user's files, batch by batch, each on one background task and one file at a time, in order.
+/// Work on the user's files, batch by batch, each on one background task and one file at a time, in order. A
+/// batch whose future is cancelled stops soon; what waited for the disk then stays where it was.
 namespace FileOperations {
 
 /// Called after each file with how many are done, from the batch's thread.
