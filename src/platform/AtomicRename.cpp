@@ -38,11 +38,12 @@ std::error_code renameThroughLink(int fromDirectory, const QByteArray &from, int
     return error;
 }
 
-} // namespace
-
+/// True when the kernel or the file system does not know how to rename without replacing.
 bool cannotRenameWithoutReplacing(const std::error_code &error) {
     return error.value() == EINVAL || error.value() == ENOSYS || error.value() == EOPNOTSUPP;
 }
+
+} // namespace
 
 std::error_code renameWithoutReplacing(int fromDirectory, const QByteArray &from, int toDirectory,
                                        const QByteArray &to) {

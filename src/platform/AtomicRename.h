@@ -16,8 +16,5 @@ std::error_code renameWithoutReplacing(int fromDirectory, const QByteArray &from
 std::error_code renameToFreeName(int fromDirectory, const QByteArray &from, int toDirectory,
                                  const QByteArray &wanted, QByteArray &taken);
 
-/// True when the kernel or the file system does not know how to rename without replacing.
-bool cannotRenameWithoutReplacing(const std::error_code &error);
-
 /// A name for a passing hidden file of ours that nothing else has: ".mosa-<16 hex digits>.part".
 QByteArray passingName();

@@ -88,18 +88,16 @@ std::error_code SourceFile::remove() const {
     // Taken out of the way first: between a look at a name and its removal another file could get the name
     // and would be removed unseen. What was taken under a name of our own stays what it is.
     const QByteArray hidden = passingName();
-    if (::renameat2(folder(), m_name.constData(), folder(), hidden.constData(), RENAME_NOREPLACE) == 0) {
-        const std::error_code error = removeHidden(hidden);
-        if (error) {
-            ::renameat2(folder(), hidden.constData(), folder(), m_name.constData(), RENAME_NOREPLACE);
-        }
-        return error;
+    if (::renameat(folder(), m_name.constData(), folder(), hidden.constData()) != 0) {
+        return lastSystemError();
     }
-    const std::error_code error = lastSystemError();
-    if (!cannotRenameWithoutReplacing(error)) {
-        return error;
+    const std::error_code error = removeHidden(hidden);
+    if (error) {
+        // By now the name may belong to yet another file; what was taken must not stay out of sight for that.
+        QByteArray given;
+        renameToFreeName(folder(), hidden, folder(), m_name, given);
     }
-    return ::unlinkat(folder(), m_name.constData(), 0) == 0 ? std::error_code() : lastSystemError();
+    return error;
 }
 
 std::error_code SourceFile::removeHidden(const QByteArray &hidden) const {

@@ -36,13 +36,13 @@ public:
 
     /// Opens the content for reading; fails when another file has taken the name since find().
     std::error_code open();
-    /// False when the folder's rights alone already forbid to take the file away from it.
+    /// Fails when the folder's rights alone already forbid to take the file away from it.
     std::error_code checkRemovable() const;
     /// Fails with ESTALE unless the open file still is what it was when it was opened: same name, content
     /// size, times and attributes.
     std::error_code checkUnchanged() const;
     /// Removes the file from its folder, if it is unchanged. Whatever happens meanwhile, no other file that
-    /// takes the name is removed; on failure the name is given back.
+    /// takes the name is removed; on failure the name is given back or, when it is taken, a numbered one.
     std::error_code remove() const;
     /// True when the file, changed or not, certainly still has its name.
     bool isInPlace() const;
