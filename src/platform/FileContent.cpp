@@ -29,7 +29,6 @@ private:
     std::error_code copyRange(qint64 from, qint64 to);
     std::error_code copyChunk(qint64 from, qint64 to);
     std::error_code copyThroughMemory(qint64 from, qint64 to);
-    std::error_code write(const char *bytes, qint64 count, qint64 offset) const;
 
     int m_source;
     int m_target;
@@ -124,7 +123,7 @@ std::error_code ContentCopy::copyThroughMemory(qint64 from, qint64 to) {
         if (count == 0) {
             return systemError(ESTALE);
         }
-        if (const std::error_code error = write(m_buffer->data(), count, from)) {
+        if (const std::error_code error = writeAll(m_target, m_buffer->data(), count, from)) {
             return error;
         }
         from += count;
@@ -132,9 +131,11 @@ std::error_code ContentCopy::copyThroughMemory(qint64 from, qint64 to) {
     return {};
 }
 
-std::error_code ContentCopy::write(const char *bytes, qint64 count, qint64 offset) const {
+} // namespace
+
+std::error_code writeAll(int target, const char *bytes, qint64 count, qint64 offset) {
     while (count > 0) {
-        const ssize_t written = ::pwrite(m_target, bytes, size_t(count), offset);
+        const ssize_t written = ::pwrite(target, bytes, size_t(count), offset);
         if (written < 0 && errno != EINTR) {
             return lastSystemError();
         }
@@ -145,8 +146,6 @@ std::error_code ContentCopy::write(const char *bytes, qint64 count, qint64 offse
     }
     return {};
 }
-
-} // namespace
 
 std::error_code copyFileContent(int source, int target, qint64 size, const StopRequest &stop) {
     return ContentCopy(source, target, stop).run(size);

@@ -2,17 +2,15 @@
 
 #include "BackgroundTask.h"
 #include "Collation.h"
-#include "FileDescriptor.h"
+#include "DirectoryStream.h"
 #include "FileSystemError.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <memory>
 #include <utility>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -22,22 +20,18 @@ namespace {
 
 constexpr mode_t newFolderMode = 0777; // less the user's mask
 
-struct CloseDirectory {
-    void operator()(DIR *directory) const { closedir(directory); }
-};
-using Directory = std::unique_ptr<DIR, CloseDirectory>;
+FileDescriptor openDirectory(const FileURL &folder) {
+    return FileDescriptor::open(AT_FDCWD, folder.nativePath().constData(), O_RDONLY | O_DIRECTORY);
+}
 
-Directory openDirectory(const FileURL &folder) {
-    const FileDescriptor descriptor =
-        FileDescriptor::open(AT_FDCWD, folder.nativePath().constData(), O_RDONLY | O_DIRECTORY);
-    // The stream keeps a descriptor of its own, which it closes.
-    FileDescriptor own(descriptor.isOpen() ? fcntl(descriptor.get(), F_DUPFD_CLOEXEC, 0) : -1);
-    Directory directory(own.isOpen() ? fdopendir(own.get()) : nullptr);
-    if (!directory) {
+/// The next entry, null at the end. Unlike the call itself it tells an error from the end.
+const dirent *nextEntry(DIR *directory, const FileURL &folder) {
+    errno = 0;
+    const dirent *entry = readdir(directory);
+    if (entry == nullptr && errno != 0) {
         throw FileSystemError(folder, errno);
     }
-    own.release();
-    return directory;
+    return entry;
 }
 
 bool isFolder(DIR *directory, const dirent &entry) {
@@ -67,9 +61,12 @@ void sortByName(QList<FileURL> &folders) {
 
 QFuture<QList<FileURL>> list(const FileURL &folder) {
     return BackgroundTask::run<QList<FileURL>>([folder](QPromise<QList<FileURL>> &promise) {
-        const Directory directory = openDirectory(folder);
+        const DirectoryStream directory = directoryStream(openDirectory(folder));
+        if (!directory) {
+            throw FileSystemError(folder, errno);
+        }
         QList<FileURL> folders;
-        while (const dirent *entry = readdir(directory.get())) {
+        while (const dirent *entry = nextEntry(directory.get(), folder)) {
             if (promise.isCanceled()) {
                 return;
             }
@@ -85,8 +82,7 @@ QFuture<QList<FileURL>> list(const FileURL &folder) {
 QFuture<FileURL> create(const FileURL &parent, const QByteArray &name) {
     return BackgroundTask::run<FileURL>([parent, name](QPromise<FileURL> &promise) {
         const FileURL folder = FileURL::directory(parent.appending(name).nativePath());
-        const FileDescriptor descriptor =
-            FileDescriptor::open(AT_FDCWD, parent.nativePath().constData(), O_RDONLY | O_DIRECTORY);
+        const FileDescriptor descriptor = openDirectory(parent);
         if (!descriptor.isOpen() || mkdirat(descriptor.get(), name.constData(), newFolderMode) != 0) {
             throw FileSystemError(folder, errno);
         }

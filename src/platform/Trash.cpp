@@ -2,6 +2,7 @@
 
 #include "AtomicRename.h"
 #include "DiskSync.h"
+#include "FileContent.h"
 #include "NumberedName.h"
 #include "SystemError.h"
 
@@ -27,17 +28,6 @@ QByteArray nameToTry(const QByteArray &name, qint64 n) {
                               ? n
                               : mostConsecutiveNames + 1 + qint64(QRandomGenerator::global()->generate());
     return numberedName(name, number, longestTrashedName);
-}
-
-std::error_code writeAll(int descriptor, const QByteArray &bytes) {
-    for (qsizetype at = 0; at < bytes.size();) {
-        const ssize_t written = ::write(descriptor, bytes.constData() + at, size_t(bytes.size() - at));
-        if (written < 0 && errno != EINTR) {
-            return lastSystemError();
-        }
-        at += written > 0 ? written : 0;
-    }
-    return {};
 }
 
 /// What a trash keeps of a file that was at this path (absolute, or relative to the top of its mount).
@@ -142,7 +132,8 @@ std::error_code Trash::writeRecord(Entry &entry) {
     if (!entry.recordFile.isOpen()) {
         return lastSystemError();
     }
-    const std::error_code error = writeAll(entry.recordFile.get(), entry.record);
+    const std::error_code error =
+        writeAll(entry.recordFile.get(), entry.record.constData(), entry.record.size(), 0);
     if (error) {
         dropRecord(entry);
     } else {

@@ -1,20 +1,16 @@
 #include "ThumbnailCacheTrimmer.h"
 
+#include "DirectoryStream.h"
+
 #include <algorithm>
-#include <memory>
-#include <utility>
+#include <ctime>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
-
-struct DirCloser {
-    void operator()(DIR *directory) const { ::closedir(directory); }
-};
 
 struct Entry {
     QByteArray name;
@@ -43,14 +39,12 @@ std::vector<Entry> list(DIR *directory) {
 
 namespace ThumbnailCacheTrimmer {
 
-void trim(FileDescriptor directory, qint64 maximumBytes) {
-    // The listing closes the descriptor that it is given.
-    FileDescriptor own(::fcntl(directory.get(), F_DUPFD_CLOEXEC, 0));
-    const std::unique_ptr<DIR, DirCloser> listing(::fdopendir(own.get()));
+void pruneCache(FileDescriptor directory, qint64 maximumBytes) {
+    const DirectoryStream listing = directoryStream(std::move(directory));
     if (listing == nullptr) {
         return;
     }
-    own.release();
+    const int folder = ::dirfd(listing.get());
     std::vector<Entry> entries = list(listing.get());
     const auto hidden = std::stable_partition(entries.begin(), entries.end(),
                                               [](const Entry &entry) { return !entry.name.startsWith('.'); });
@@ -58,7 +52,7 @@ void trim(FileDescriptor directory, qint64 maximumBytes) {
     const time_t abandoned = ::time(nullptr) - anHour;
     std::for_each(hidden, entries.end(), [&](const Entry &entry) {
         if (entry.name.startsWith(temporaryPrefix) && entry.modified.tv_sec < abandoned) {
-            ::unlinkat(directory.get(), entry.name.constData(), 0);
+            ::unlinkat(folder, entry.name.constData(), 0);
         }
     });
     entries.erase(hidden, entries.end());
@@ -76,7 +70,7 @@ void trim(FileDescriptor directory, qint64 maximumBytes) {
         if (total <= maximumBytes) {
             break;
         }
-        if (::unlinkat(directory.get(), entry.name.constData(), 0) == 0) {
+        if (::unlinkat(folder, entry.name.constData(), 0) == 0) {
             total -= entry.size;
         }
     }

@@ -10,9 +10,9 @@ namespace ThumbnailCacheTrimmer {
 /// Entries in the making are hidden files of this prefix.
 inline const QByteArray temporaryPrefix = QByteArrayLiteral(".writing-");
 
-/// Deletes the oldest regular, visible files until the rest amounts to at most maximumBytes; equal dates in
-/// the order of the listing. Then hidden ones that have been in the making for an hour. Errors are passed
-/// over: a file that cannot be deleted keeps counting.
-void trim(FileDescriptor directory, qint64 maximumBytes);
+/// Deletes entries that have been in the making for an hour, then the oldest regular, visible files until the
+/// rest amounts to at most maximumBytes; equal dates in the order of the listing. Errors are passed over: a
+/// file that cannot be deleted keeps counting.
+void pruneCache(FileDescriptor directory, qint64 maximumBytes);
 
 } // namespace ThumbnailCacheTrimmer

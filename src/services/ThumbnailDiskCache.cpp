@@ -1,5 +1,6 @@
 #include "ThumbnailDiskCache.h"
 
+#include "FileContent.h"
 #include "PictureCodec.h"
 #include "ThumbnailCacheTrimmer.h"
 
@@ -37,18 +38,6 @@ QByteArray readEntry(const FileDescriptor &directory, const QByteArray &name) {
         return {};
     }
     return bytes;
-}
-
-bool writeAll(const FileDescriptor &file, const QByteArray &bytes) {
-    qsizetype done = 0;
-    while (done < bytes.size()) {
-        const ssize_t written = ::write(file.get(), bytes.constData() + done, size_t(bytes.size() - done));
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        done += std::max<ssize_t>(written, 0);
-    }
-    return true;
 }
 
 /// With its parents; what is there already stays as it is.
@@ -104,7 +93,7 @@ FileDescriptor ThumbnailDiskCache::create() const {
 void ThumbnailDiskCache::prepare(qint64 maximumBytes) const {
     FileDescriptor directory = create();
     if (directory.isOpen()) {
-        ThumbnailCacheTrimmer::trim(std::move(directory), maximumBytes);
+        ThumbnailCacheTrimmer::pruneCache(std::move(directory), maximumBytes);
     }
 }
 
@@ -134,7 +123,7 @@ void ThumbnailDiskCache::write(const FileURL &media, const QImage &image) const 
         return;
     }
     const bool published =
-        ::fchmod(file.get(), 0600) == 0 && writeAll(file, bytes) &&
+        ::fchmod(file.get(), 0600) == 0 && !writeAll(file.get(), bytes.constData(), bytes.size(), 0) &&
         ::renameat(directory.get(), temporary.constData(), directory.get(), name.constData()) == 0;
     if (!published) {
         ::unlinkat(directory.get(), temporary.constData(), 0);
