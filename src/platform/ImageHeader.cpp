@@ -1,8 +1,10 @@
 #include "ImageHeader.h"
 
 #include "Codecs.h"
-#include "HeaderBytes.h"
+#include "ImageFormat.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace {
@@ -163,11 +165,6 @@ Size tiffSize(HeaderBytes &bytes) {
     return sizeOf(width, height);
 }
 
-bool isTiff(HeaderBytes &bytes) {
-    return bytes.matches(0, "II*\0", 4) || bytes.matches(0, "MM\0*", 4) || bytes.matches(0, "II+\0", 4) ||
-           bytes.matches(0, "MM\0+", 4);
-}
-
 } // namespace
 
 std::optional<QSize> ImageHeader::pixelSize(const FileURL &url) {
@@ -176,26 +173,14 @@ std::optional<QSize> ImageHeader::pixelSize(const FileURL &url) {
         return std::nullopt;
     }
     HeaderBytes bytes(*file);
-    if (bytes.matches(0, "\xFF\xD8\xFF", 3)) {
-        return jpegSize(bytes);
-    }
-    if (bytes.matches(0, "\x89PNG\r\n\x1A\n", 8)) {
-        return pngSize(bytes);
-    }
-    if (bytes.matches(4, "ftyp", 4)) {
-        return Codecs::loaded().heifPixelSize(*file);
-    }
-    if (bytes.matches(0, "RIFF", 4) && bytes.matches(8, "WEBP", 4)) {
-        return webpSize(bytes);
-    }
-    if (bytes.matches(0, "GIF8", 4)) {
-        return gifSize(bytes);
-    }
-    if (isTiff(bytes)) {
-        return tiffSize(bytes);
-    }
-    if (bytes.matches(0, "\0\0\1\0", 4)) {
-        return icoSize(bytes);
-    }
-    return bytes.matches(0, "BM", 2) ? bmpSize(bytes) : std::nullopt;
+    const QByteArray format = ImageFormat::of(bytes);
+    return format == "jpeg"   ? jpegSize(bytes)
+           : format == "png"  ? pngSize(bytes)
+           : format == "heif" ? Codecs::loaded().heifPixelSize(*file)
+           : format == "webp" ? webpSize(bytes)
+           : format == "gif"  ? gifSize(bytes)
+           : format == "tiff" ? tiffSize(bytes)
+           : format == "ico"  ? icoSize(bytes)
+           : format == "bmp"  ? bmpSize(bytes)
+                              : std::nullopt;
 }
