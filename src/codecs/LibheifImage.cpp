@@ -2,7 +2,7 @@
 
 #include "AreaReducer.h"
 #include "CodedColour.h"
-#include "HeifPointers.h"
+#include "HeifFile.h"
 #include "HevcDecoderPlugin.h"
 
 #include <QColorSpace>
@@ -14,41 +14,6 @@ namespace {
 bool ok(const heif_error &error) {
     return error.code == heif_error_Ok;
 }
-
-/// The file as libheif reads it; must outlive the context.
-struct Reader {
-    const RegularFile &file;
-    const ImageDecoder::Cancelled &cancelled;
-    qint64 position = 0;
-
-    static int64_t tell(void *self) { return static_cast<Reader *>(self)->position; }
-
-    static int read(void *target, size_t size, void *opaque) {
-        auto *self = static_cast<Reader *>(opaque);
-        const bool stop = self->cancelled && self->cancelled();
-        if (stop || self->file.read(self->position, target, qint64(size)) != qint64(size)) {
-            return -1;
-        }
-        self->position += qint64(size);
-        return 0;
-    }
-
-    static int seek(int64_t position, void *self) {
-        static_cast<Reader *>(self)->position = position;
-        return 0;
-    }
-
-    static heif_reader_grow_status waitForSize(int64_t size, void *self) {
-        return size <= static_cast<Reader *>(self)->file.size() ? heif_reader_grow_status_size_reached
-                                                                : heif_reader_grow_status_size_beyond_eof;
-    }
-};
-
-constexpr heif_reader readerFunctions{.reader_api_version = 1,
-                                      .get_position = Reader::tell,
-                                      .read = Reader::read,
-                                      .seek = Reader::seek,
-                                      .wait_for_file_size = Reader::waitForSize};
 
 QColorSpace colorSpace(const heif_image_handle *handle) {
     switch (heif_image_handle_get_color_profile_type(handle)) {
@@ -100,19 +65,22 @@ Heif<heif_image> decode(const heif_image_handle *handle, heif_chroma chroma, con
 
 } // namespace
 
+std::optional<QSize> LibheifImage::pixelSize(const RegularFile &file) {
+    const HeifFile heif(file);
+    const heif_image_handle *primary = heif.primaryImage();
+    if (primary == nullptr) {
+        return std::nullopt;
+    }
+    const QSize size(heif_image_handle_get_width(primary), heif_image_handle_get_height(primary));
+    return size.isEmpty() ? std::nullopt : std::optional(size);
+}
+
 QImage LibheifImage::read(const RegularFile &file, const ImageSource::TargetSize &targetSize,
                           const ImageDecoder::Cancelled &cancelled) {
     HevcDecoderPlugin::registerOnce();
-    Reader reader{.file = file, .cancelled = cancelled};
-    const Heif<heif_context> context(heif_context_alloc());
-    if (context == nullptr ||
-        !ok(heif_context_read_from_reader(context.get(), &readerFunctions, &reader, nullptr))) {
-        return {};
-    }
-    heif_image_handle *primary = nullptr;
-    const bool found = ok(heif_context_get_primary_image_handle(context.get(), &primary));
-    const Heif<heif_image_handle> handle(primary);
-    if (!found) {
+    const HeifFile heif(file, cancelled);
+    const heif_image_handle *primary = heif.primaryImage();
+    if (primary == nullptr) {
         return {};
     }
     // The planes as coded, a second set while they are turned, and the interleaved pixels.
