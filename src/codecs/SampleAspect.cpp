@@ -72,7 +72,7 @@ void skipScalingList(BitReader &reader, int length) {
     int next = 8;
     for (int i = 0; i < length && !reader.exhausted(); ++i) {
         if (next != 0) {
-            next = (last + reader.signedNumber()) & 0xFF;
+            next = (last + reader.signedNumber() % 256) & 0xFF;
         }
         last = next == 0 ? last : next;
     }

@@ -11,7 +11,7 @@ void Collation::Closer::operator()(UCollator *collator) const {
 Collation::Collation() {
     UErrorCode status = U_ZERO_ERROR;
     m_collator.reset(ucol_open("root", &status));
-    ucol_setStrength(m_collator.get(), UCOL_SECONDARY);
+    ucol_setAttribute(m_collator.get(), UCOL_STRENGTH, UCOL_SECONDARY, &status);
     ucol_setAttribute(m_collator.get(), UCOL_NUMERIC_COLLATION, UCOL_ON, &status);
     // Composed and decomposed forms of a name are the same name.
     ucol_setAttribute(m_collator.get(), UCOL_NORMALIZATION_MODE, UCOL_ON, &status);

@@ -15,9 +15,10 @@
 
 namespace {
 
-qint64 bytesNeeded(QSize size, QImage::Format format) {
+/// Headers may declare sizes whose bytes no integer can count; their pixels still fit.
+bool exceedsMemoryLimit(QSize size, QImage::Format format) {
     const int depth = format == QImage::Format_Invalid ? 32 : QImage::toPixelFormat(format).bitsPerPixel();
-    return qint64(size.width()) * size.height() * depth / 8;
+    return qint64(size.width()) * size.height() > ImageDecoder::memoryLimit * 8 / depth;
 }
 
 /// Formats and palettes with room for alpha are often filled without it.
@@ -56,7 +57,7 @@ QImage readWithQt(const RegularFile &file, const QByteArray &format, const Targe
     }
     const QSize target = targetSize(size);
     const bool scalesWhileDecoding = reader.supportsOption(QImageIOHandler::ScaledSize);
-    if (bytesNeeded(scalesWhileDecoding ? target : size, reader.imageFormat()) > ImageDecoder::memoryLimit) {
+    if (exceedsMemoryLimit(scalesWhileDecoding ? target : size, reader.imageFormat())) {
         return {};
     }
     const QByteArray exif = ExifChunk::tiff(file, format);
