@@ -28,6 +28,10 @@ QString expanded(const QString &text) {
 
 } // namespace
 
+FolderBrowser::~FolderBrowser() {
+    m_listing.cancel();
+}
+
 int FolderBrowser::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : int(m_rows.size());
 }

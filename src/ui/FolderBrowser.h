@@ -34,6 +34,7 @@ public:
     enum Role { NameRole = Qt::UserRole, PathRole };
 
     using QAbstractListModel::QAbstractListModel;
+    ~FolderBrowser() override;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
