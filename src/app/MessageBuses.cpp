@@ -1,33 +1,21 @@
 #include "MessageBuses.h"
 
+#include "FileDescriptor.h"
+
 #include <QByteArray>
 #include <QList>
 
+#include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <optional>
+
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 namespace MessageBuses {
 namespace {
-
-class Socket {
-public:
-    Socket() : m_fd(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
-    ~Socket() {
-        if (m_fd >= 0) {
-            ::close(m_fd);
-        }
-    }
-    Socket(const Socket &) = delete;
-    Socket &operator=(const Socket &) = delete;
-    int fd() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 QByteArray sessionAddress() {
     const QByteArray given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
@@ -61,24 +49,24 @@ std::optional<QByteArray> socketName(const QByteArray &address) {
 bool answers(const QByteArray &name, std::chrono::milliseconds limit) {
     sockaddr_un target{};
     target.sun_family = AF_UNIX;
-    const Socket socket;
-    if (socket.fd() < 0 || size_t(name.size()) >= sizeof target.sun_path) {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (!socket.isOpen() || size_t(name.size()) >= sizeof target.sun_path) {
         return true;
     }
     std::memcpy(target.sun_path, name.constData(), size_t(name.size()));
     const bool abstractName = name.startsWith('\0');
     const auto length =
         socklen_t(offsetof(sockaddr_un, sun_path) + size_t(name.size()) + (abstractName ? 0 : 1));
-    if (::connect(socket.fd(), reinterpret_cast<const sockaddr *>(&target), length) != 0) {
+    if (::connect(socket.get(), reinterpret_cast<const sockaddr *>(&target), length) != 0) {
         // A full queue of waiting connections is the mark of a daemon that is stuck.
         return errno != EAGAIN;
     }
     // The start of the authentication that every client begins with.
     const QByteArray hello = QByteArray(1, '\0') + "AUTH\r\n";
-    if (::send(socket.fd(), hello.constData(), size_t(hello.size()), MSG_NOSIGNAL) != hello.size()) {
+    if (::send(socket.get(), hello.constData(), size_t(hello.size()), MSG_NOSIGNAL) != hello.size()) {
         return true;
     }
-    pollfd wait{socket.fd(), POLLIN, 0};
+    pollfd wait{socket.get(), POLLIN, 0};
     return ::poll(&wait, 1, int(limit.count())) != 0;
 }
 
