@@ -195,12 +195,12 @@ FolderSnapshot AppState::snapshot() const {
 
 void AppState::abandonScan() {
     ++m_opening;
-    m_scan.cancel();
+    m_scanTask.cancel();
 }
 
 void AppState::scan(const FileURL &folder) {
-    m_scan = m_services.scan(folder);
-    whenFinished(this, m_scan, [this, opening = m_opening](const QFuture<ScanResult> &finished) {
+    m_scanTask = m_services.scan(folder);
+    whenFinished(this, m_scanTask, [this, opening = m_opening](const QFuture<ScanResult> &finished) {
         if (opening == m_opening) {
             finishScan(finished);
         }

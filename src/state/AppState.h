@@ -222,7 +222,7 @@ private:
     quint64 m_revision = 0;
     /// Tells the answers of the latest opening from those of abandoned ones.
     quint64 m_opening = 0;
-    QFuture<ScanResult> m_scan;
+    QFuture<ScanResult> m_scanTask;
     QList<QFuture<void>> m_batches;
     /// A chooser or an alert of this object waits for its answer; it is modal, so no second one is shown.
     bool m_asking = false;

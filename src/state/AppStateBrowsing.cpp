@@ -4,8 +4,6 @@
 
 #include "NewestFirst.h"
 
-#include <algorithm>
-
 void AppState::keepIf(QList<MediaFile> &files, const QSet<FileURL> &set, bool contained) {
     files.removeIf([&](const MediaFile &file) { return set.contains(file.url) != contained; });
 }
