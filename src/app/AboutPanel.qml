@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Mosa.UI
 
+/// What the program is, and its version.
 Panel {
     id: root
 

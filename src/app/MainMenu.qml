@@ -4,7 +4,7 @@ import QtQuick
 import Mosa.App
 import Mosa.UI
 
-// The program's commands in one menu, one group after the other.
+/// The program's commands in one menu, one group after the other.
 MosaMenu {
     id: root
 

@@ -5,7 +5,7 @@ import Mosa.App
 import Mosa.State
 import Mosa.UI
 
-// Everything in the window: what the program shows, and what a title bar and a menu bar would have offered.
+/// Everything in the window: what the program shows, and what a title bar and a menu bar would have offered.
 Item {
     id: root
 

@@ -4,8 +4,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Mosa.UI
 
-// A small panel over the middle of the window, for what the program says about itself. Its title is its name for
-// assistive technology.
+/// A small panel over the middle of the window, for what the program says about itself. Its title is its name for
+/// assistive technology.
 T.Dialog {
     id: root
 

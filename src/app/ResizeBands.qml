@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Mosa.UI
 
-// The edges by which a window without a desktop frame is resized.
+/// The edges by which a window without a desktop frame is resized.
 Item {
     id: root
 

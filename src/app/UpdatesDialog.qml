@@ -4,7 +4,7 @@ import QtQuick
 import Mosa.App
 import Mosa.UI
 
-// What the check for updates found, and the way to install it.
+/// What the check for updates found, and the way to install it.
 Panel {
     id: root
 

@@ -3,16 +3,16 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Mosa.UI
 
-// One of the round controls that stand where a title bar's buttons would be.
+/// One of the round controls that stand where a title bar's buttons would be.
 Item {
     id: root
 
     required property string symbol
     property real symbolSize: 8
     required property string name
-    // Whether the symbol stands on a disc, as those that act on the window do.
+    /// Whether the symbol stands on a disc, as those that act on the window do.
     property bool disc: true
-    // What lies below may be as bright as the symbol.
+    /// What lies below may be as bright as the symbol.
     property bool overPicture: false
     property color hoverColor: Qt.rgba(1, 1, 1, 0.32)
     signal activated

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Mosa.UI
 
-// Close, minimise, zoom and the menu, in the leading 76 points of the window's top 48.
+/// Close, minimise, zoom and the menu, in the leading 76 points of the window's top 48.
 Row {
     id: root
 

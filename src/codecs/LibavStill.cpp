@@ -9,7 +9,6 @@
 #include <QTransform>
 
 #include <cmath>
-#include <memory>
 
 extern "C" {
 #include <libavcodec/avcodec.h>

@@ -2,7 +2,6 @@
 
 #include "RegularFile.h"
 
-#include <algorithm>
 #include <cerrno>
 
 extern "C" {

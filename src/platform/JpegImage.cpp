@@ -6,7 +6,6 @@
 #include <QColorSpace>
 
 #include <algorithm>
-#include <array>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>

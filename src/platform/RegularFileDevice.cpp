@@ -1,7 +1,5 @@
 #include "RegularFileDevice.h"
 
-#include <algorithm>
-
 RegularFileDevice::RegularFileDevice(const RegularFile &file, std::function<bool()> cancelled)
     : m_file(file), m_cancelled(std::move(cancelled)) {
     open(QIODevice::ReadOnly);

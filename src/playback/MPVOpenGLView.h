@@ -70,7 +70,6 @@ public:
     /// The size to draw at, in device pixels; empty while the host is in no window or has no extent, and then
     /// frames only wait.
     void setBackingSize(const QSize &pixels);
-    QSize backingSize() const { return m_backingSize; }
 
 Q_SIGNALS:
     /// There is something new in frames(), or nothing any more.

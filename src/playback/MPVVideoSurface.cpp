@@ -7,8 +7,6 @@
 #include <QRunnable>
 #include <QThread>
 
-#include <cmath>
-
 MPVVideoSurface::MPVVideoSurface(QQuickItem *parent) : QQuickItem(parent) {
     setFlag(ItemHasContents);
 }

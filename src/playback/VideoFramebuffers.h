@@ -13,7 +13,7 @@ class VideoContext;
 /// A double-buffered drawable outside any window: two framebuffers of the videos' OpenGL context, whose
 /// textures the windows can show.
 ///
-/// Main thread. Where the desktop offers no OpenGL, isValid() is false and everything below does nothing.
+/// Main thread. Where the desktop offers no OpenGL, everything below does nothing.
 class VideoFramebuffers {
 public:
     VideoFramebuffers();
@@ -21,7 +21,6 @@ public:
     VideoFramebuffers(const VideoFramebuffers &) = delete;
     VideoFramebuffers &operator=(const VideoFramebuffers &) = delete;
 
-    bool isValid() const { return m_context != nullptr; }
     bool makeCurrent();
     /// False when a window is being drawn that a video must not disturb; then nothing is current.
     bool tryMakeCurrent();

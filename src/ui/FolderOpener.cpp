@@ -14,12 +14,6 @@ FolderOpener::FolderOpener(QObject *parent) : QObject(parent) {
             });
 }
 
-FolderOpener::~FolderOpener() = default;
-
-AppState *FolderOpener::state() const {
-    return m_state;
-}
-
 void FolderOpener::setState(AppState *state) {
     if (m_state == state) {
         return;

@@ -15,9 +15,8 @@ class FolderOpener : public QObject {
 
 public:
     explicit FolderOpener(QObject *parent = nullptr);
-    ~FolderOpener() override;
 
-    AppState *state() const;
+    AppState *state() const { return m_state; }
     void setState(AppState *state);
 
 Q_SIGNALS:

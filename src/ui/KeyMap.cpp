@@ -5,14 +5,6 @@
 
 #include <algorithm>
 
-KeyMap::KeyMap(QObject *parent) : QObject(parent) {}
-
-KeyMap::~KeyMap() = default;
-
-AppState *KeyMap::state() const {
-    return m_state;
-}
-
 void KeyMap::setState(AppState *state) {
     if (m_state == state) {
         return;

@@ -22,10 +22,9 @@ class KeyMap : public QObject {
     Q_PROPERTY(bool immersive READ immersive WRITE setImmersive NOTIFY immersiveChanged)
 
 public:
-    explicit KeyMap(QObject *parent = nullptr);
-    ~KeyMap() override;
+    using QObject::QObject;
 
-    AppState *state() const;
+    AppState *state() const { return m_state; }
     void setState(AppState *state);
     bool immersive() const { return m_immersive; }
     void setImmersive(bool immersive);

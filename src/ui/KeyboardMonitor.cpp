@@ -6,8 +6,6 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
-KeyboardMonitor::KeyboardMonitor(QObject *parent) : QObject(parent) {}
-
 KeyboardMonitor::~KeyboardMonitor() {
     if (QCoreApplication::instance() != nullptr) {
         QCoreApplication::instance()->removeEventFilter(this);

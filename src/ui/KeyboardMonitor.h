@@ -23,7 +23,7 @@ class KeyboardMonitor : public QObject, public QQmlParserStatus {
     Q_PROPERTY(bool suspended MEMBER m_suspended NOTIFY suspendedChanged)
 
 public:
-    explicit KeyboardMonitor(QObject *parent = nullptr);
+    using QObject::QObject;
     ~KeyboardMonitor() override;
 
     void classBegin() override {}

@@ -5,14 +5,8 @@
 
 #include <unistd.h>
 
-LastFolder::LastFolder(QObject *parent) : QObject(parent) {}
-
 LastFolder::~LastFolder() {
     m_test.cancel();
-}
-
-AppState *LastFolder::state() const {
-    return m_state;
 }
 
 void LastFolder::setState(AppState *state) {

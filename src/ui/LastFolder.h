@@ -17,10 +17,10 @@ class LastFolder : public QObject {
     Q_PROPERTY(bool available READ isAvailable NOTIFY availableChanged)
 
 public:
-    explicit LastFolder(QObject *parent = nullptr);
+    using QObject::QObject;
     ~LastFolder() override;
 
-    AppState *state() const;
+    AppState *state() const { return m_state; }
     void setState(AppState *state);
     bool isAvailable() const { return m_available; }
 

@@ -36,7 +36,6 @@ QtObject {
     readonly property string monospacedFamily: fonts.monospaced
 
     readonly property font body: Qt.font({ family: look.family, pixelSize: 13 })
-    readonly property font title2: Qt.font({ family: look.family, pixelSize: 17 })
     readonly property font title3: Qt.font({ family: look.family, pixelSize: 15 })
 
     readonly property LookMotion motion: LookMotion {}

@@ -8,8 +8,6 @@ import Mosa.UI
 T.Slider {
     id: slider
 
-    property color tint: MosaLook.mosaRed
-
     implicitWidth: 120
     implicitHeight: 14
     focusPolicy: Qt.TabFocus
@@ -29,7 +27,7 @@ T.Slider {
             width: slider.handle.x - slider.leftPadding + slider.handle.width / 2
             height: parent.height
             radius: 1.5
-            color: slider.tint
+            color: MosaLook.mosaRed
         }
     }
     handle: SmoothRectangle {
