@@ -107,7 +107,7 @@ private Q_SLOTS:
     void arguments() {
         QFETCH(QByteArray, argument);
         QFETCH(QByteArray, path);
-        const auto url = FileURL::fromArgument(argument, "/work dir/");
+        const auto url = FileURL::fromArgument(argument, "/some dir/");
         QCOMPARE(url.has_value(), !path.isEmpty());
         QCOMPARE(url.value_or(FileURL()).nativePath(), path);
     }
