@@ -16,6 +16,7 @@
 #include "SettingsPreferences.h"
 #include "SheetAlertPresenter.h"
 #include "SheetFolderChooser.h"
+#include "StagedFile.h"
 #include "ThumbnailService.h"
 
 #include <QGuiApplication>
@@ -25,6 +26,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto endLimit = 2000ms;
+constexpr int tidyMilliseconds = 500;
 
 // The window's name for the portals; they know windows of Wayland by a handle that the toolkit keeps.
 QString portalName(QWindow *window) {
@@ -173,5 +175,12 @@ bool MosaApp::end() {
     m_fileManager.reset();
     m_preferences.reset();
     const bool thumbnailsEnded = ThumbnailService::finishShared(endLimit);
-    return BackgroundTask::finish(endLimit) && thumbnailsEnded;
+    bool tasksEnded = BackgroundTask::finish(endLimit);
+    if (!tasksEnded) {
+        // A copy that waits for a slow disk cannot tidy up by itself. The folder may hang as well.
+        BackgroundTask::run<void>([](QPromise<void> &) { StagedFile::removeAll(); });
+        // Not finish(), which would drop it again before a thread takes it.
+        tasksEnded = BackgroundTask::pool().waitForDone(tidyMilliseconds);
+    }
+    return tasksEnded && thumbnailsEnded;
 }

@@ -3,9 +3,29 @@
 #include "AtomicRename.h"
 #include "DiskSync.h"
 
+#include <map>
+#include <mutex>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+
+std::mutex growingMutex;
+
+/// The hidden files that there are, with the folders that they lie in.
+std::map<QByteArray, int> &growing() {
+    static std::map<QByteArray, int> files;
+    return files;
+}
+
+void forget(const QByteArray &name) {
+    const std::scoped_lock lock(growingMutex);
+    growing().erase(name);
+}
+
+} // namespace
 
 std::unique_ptr<StagedFile> StagedFile::create(int folder) {
     const QByteArray name = passingName();
@@ -14,6 +34,8 @@ std::unique_ptr<StagedFile> StagedFile::create(int folder) {
     if (!file.isOpen()) {
         return nullptr;
     }
+    const std::scoped_lock lock(growingMutex);
+    growing().emplace(name, folder);
     return std::unique_ptr<StagedFile>(new StagedFile(folder, name, std::move(file)));
 }
 
@@ -31,6 +53,7 @@ std::error_code StagedFile::publish(const QByteArray &wantedName) {
     QByteArray taken;
     const std::error_code error = renameToFreeName(m_folder, m_name, m_folder, wantedName, taken);
     if (!error) {
+        forget(m_name);
         m_name = taken;
         m_published = true;
     }
@@ -38,6 +61,7 @@ std::error_code StagedFile::publish(const QByteArray &wantedName) {
 }
 
 void StagedFile::withdraw() {
+    forget(m_name);
     struct stat ours {};
     struct stat named {};
     const bool isOurs = m_file.isOpen() && ::fstat(m_file.get(), &ours) == 0 &&
@@ -47,4 +71,12 @@ void StagedFile::withdraw() {
         ::unlinkat(m_folder, m_name.constData(), 0);
     }
     m_file.close();
+}
+
+void StagedFile::removeAll() {
+    // Held meanwhile, so that the folders stay open.
+    const std::scoped_lock lock(growingMutex);
+    for (const auto &[name, folder] : growing()) {
+        ::unlinkat(folder, name.constData(), 0);
+    }
 }

@@ -29,6 +29,10 @@ public:
     /// Removes the file after all, published or not. Another file that has the name by now stays.
     void withdraw();
 
+    /// Removes every file that is still growing, in whichever thread: for the end of a program that does not
+    /// wait for them any longer. None of them gets its name after that.
+    static void removeAll();
+
 private:
     StagedFile(int folder, QByteArray name, FileDescriptor file)
         : m_folder(folder), m_name(std::move(name)), m_file(std::move(file)) {}

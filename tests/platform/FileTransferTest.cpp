@@ -326,6 +326,17 @@ private Q_SLOTS:
         }
     }
 
+    /// The program ends without waiting for a file that is on its way to a slow disk.
+    void leavesNothingOfWhatIsGivenUp() {
+        QVERIFY(write(m_from + "/a", noise(1'000'000)));
+        const auto outcomes = run(FileOperationKind::copy, {m_from + "/a"}, [] {
+            StagedFile::removeAll();
+            return false;
+        });
+        QVERIFY(outcomes[0].error);
+        QCOMPARE(names(m_to), QByteArrayList());
+    }
+
     void dropsWhatWasNotFlushed() {
         QVERIFY(write(m_from + "/a", "a"));
         {
