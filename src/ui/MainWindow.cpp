@@ -95,20 +95,37 @@ bool MainWindow::event(QEvent *event) {
                    QPlatformSurfaceEvent::SurfaceCreated) {
         NativeBackground::set(*this, color());
     }
+    // What was under the first press may be gone with its click: two clicks on two things are no double
+    // click.
+    if (event->type() == QEvent::MouseButtonDblClick && m_eventDepth == 0 && !m_takenAgain) {
+        return true;
+    }
     // The base class sends pointer events through its own handlers and back here before the scene sees them;
     // only after the outermost call is it known whether an item took the press.
     ++m_eventDepth;
     const bool handled = QQuickView::event(event);
     --m_eventDepth;
     if (m_eventDepth == 0) {
+        if (event->type() == QEvent::MouseButtonPress) {
+            notePress(*static_cast<QPointerEvent *>(event));
+        }
         dragBackground(event);
     }
     return handled;
 }
 
-bool MainWindow::isTaken(const QPointerEvent &event) {
+QObject *MainWindow::takerOf(const QPointerEvent &event) {
     const QEventPoint &point = event.points().constFirst();
-    return event.exclusiveGrabber(point) != nullptr || !event.passiveGrabbers(point).isEmpty();
+    if (QObject *exclusive = event.exclusiveGrabber(point)) {
+        return exclusive;
+    }
+    return event.passiveGrabbers(point).value(0, this);
+}
+
+void MainWindow::notePress(const QPointerEvent &press) {
+    QObject *taker = takerOf(press);
+    m_takenAgain = m_taker == taker;
+    m_taker = taker;
 }
 
 // The events' own position may be that in an item which was asked and did not want them.
@@ -117,7 +134,7 @@ void MainWindow::dragBackground(QEvent *event) {
     case QEvent::MouseButtonPress: {
         const auto *press = static_cast<QMouseEvent *>(event);
         m_press.reset();
-        if (isTaken(*press)) {
+        if (m_taker != this) {
             return;
         }
         if (press->button() == Qt::LeftButton) {
@@ -140,7 +157,7 @@ void MainWindow::dragBackground(QEvent *event) {
         return;
     }
     case QEvent::MouseButtonDblClick:
-        if (m_press && !isTaken(*static_cast<QMouseEvent *>(event))) {
+        if (m_press) {
             toggleMaximised();
         }
         m_press.reset();

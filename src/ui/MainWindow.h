@@ -4,6 +4,7 @@
 #include "WindowFrameAutosave.h"
 
 #include <QPointF>
+#include <QPointer>
 #include <QQmlEngine>
 #include <QQuickView>
 
@@ -56,12 +57,17 @@ protected:
 private:
     void followWindowState();
     void dragBackground(QEvent *event);
-    static bool isTaken(const QPointerEvent &event);
+    /// Who has the pointer of an event: an item, a handler, or the window itself where nothing wants it.
+    QObject *takerOf(const QPointerEvent &event);
+    void notePress(const QPointerEvent &press);
 
     WindowFrameAutosave m_autosave;
     FileManager *m_fileManager;
     bool m_announcedFullScreen = false;
     /// Where the left button went down on the bare background, until it is released or moves the window.
     std::optional<QPointF> m_press;
+    /// Who got the last press, and whether it got the one before, too.
+    QPointer<QObject> m_taker;
+    bool m_takenAgain = false;
     int m_eventDepth = 0;
 };

@@ -48,6 +48,13 @@ private Q_SLOTS:
         QTest::newRow("mouse area") << QByteArray("MouseArea {}") << false;
         QTest::newRow("tap handler") << QByteArray("Item { TapHandler {} }") << false;
         QTest::newRow("hover handler") << QByteArray("Item { HoverHandler {} }") << true;
+        QTest::newRow("gone with the first click")
+            << QByteArray("MouseArea { property int clicks; onClicked: visible = ++clicks < 2 }") << false;
+        QTest::newRow("come with the first click")
+            << QByteArray("MouseArea { onDoubleClicked: Window.window.toggleMaximised(); "
+                          "MouseArea { anchors.fill: parent; property int clicks; onClicked: visible = "
+                          "++clicks < 2 } }")
+            << false;
         QTest::newRow("list") << QByteArray("Flickable { contentHeight: 9000 }") << false;
     }
 
