@@ -13,6 +13,9 @@ T.Menu {
     margins: 8
     padding: 5
     overlap: 1
+    // A press beside it closes it and does nothing else.
+    modal: true
+    dim: false
 
     delegate: MosaMenuItem {}
 

@@ -52,6 +52,11 @@ class Menu(Scenario):
         focused("Quit Mosa")
         mosa.key("F10")
         mosa.see_gone(MENU_ITEM, "Quit Mosa")
+        # Its control closes it, too.
+        mosa.click(mosa.see(BUTTON, "Menu"))
+        mosa.see(MENU_ITEM, "Quit Mosa")
+        mosa.click(mosa.see(BUTTON, "Menu"))
+        mosa.see_gone(MENU_ITEM, "Quit Mosa")
         mosa.key("F10", "Return")
         mosa.see("dialog", "About Mosa")
         mosa.key("Escape")
