@@ -89,7 +89,8 @@ std::error_code SourceFile::remove() const {
     // and would be removed unseen. What was taken under a name of our own stays what it is.
     const QByteArray hidden = passingName();
     if (::renameat(folder(), m_name.constData(), folder(), hidden.constData()) != 0) {
-        return lastSystemError();
+        // Some devices can remove a file, but not rename it.
+        return ::unlinkat(folder(), m_name.constData(), 0) == 0 ? std::error_code() : lastSystemError();
     }
     const std::error_code error = removeHidden(hidden);
     if (error) {

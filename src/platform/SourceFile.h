@@ -41,8 +41,9 @@ public:
     /// Fails with ESTALE unless the open file still is what it was when it was opened: same name, content
     /// size, times and attributes.
     std::error_code checkUnchanged() const;
-    /// Removes the file from its folder, if it is unchanged. Whatever happens meanwhile, no other file that
-    /// takes the name is removed; on failure the name is given back or, when it is taken, a numbered one.
+    /// Removes the file from its folder, if it is unchanged. Where files can be renamed no other file that
+    /// takes the name meanwhile is removed; on failure the name is given back or, when it is taken, a
+    /// numbered one.
     std::error_code remove() const;
     /// True when the file, changed or not, certainly still has its name.
     bool isInPlace() const;
