@@ -345,11 +345,15 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("PNG, 3.6 gigapixels") << pngBomb(60'000, 60'000, 2);
         QTest::newRow("PNG, greatest sides") << pngBomb(0x7FFFFFFF, 0x7FFFFFFF, 6);
-        for (const quint32 side : {60'000U, 0x7FFFFFFFU}) {
-            QTest::addRow("BMP, %u", side) << "BM" + little(1000) + little(0) + little(54) + little(40) +
-                                                  little(side) + little(side) + little(1, 2) + little(24, 2) +
-                                                  QByteArray(24 + 900, '\0');
+        QTest::newRow("BMP") << "BM" + little(1000) + little(0) + little(54) + little(40) + little(60'000) +
+                                    little(60'000) + little(1, 2) + little(24, 2) +
+                                    QByteArray(24 + 900, '\0');
+        QByteArray tiff = "II*\0\x08\0\0\0\x06\0"_ba;
+        for (const auto &[tag, value] :
+             {std::pair(256, 0x7FFFFFFF), {257, 0x7FFFFFFF}, {258, 8}, {262, 1}, {273, 8}, {279, 100}}) {
+            tiff += little(tag, 2) + little(4, 2) + little(1) + little(value);
         }
+        QTest::newRow("TIFF, greatest sides") << tiff + QByteArray(1000, '\0');
         QTest::newRow("GIF") << "GIF89a\xFF\xFF\xFF\xFF\x80\0\0"_ba + QByteArray(6, '\0') +
                                     ",\0\0\0\0\xFF\xFF\xFF\xFF\0\x02\x02\x44\x01\0;"_ba;
         QTest::newRow("JPEG") << jpegBomb('\xC0');
