@@ -166,7 +166,7 @@ ListView {
             anchors.right: parent.right
             anchors.rightMargin: 16
             anchors.verticalCenter: parent.verticalCenter
-            text: view.draggedName
+            text: MosaLook.oneLine(view.draggedName)
             textFormat: Text.PlainText
             horizontalAlignment: Text.AlignLeft
             elide: Text.ElideMiddle

@@ -27,6 +27,9 @@ Item {
     Accessible.role: Accessible.ListItem
     Accessible.name: name
     Accessible.description: String(position + 1)
+    Accessible.selectable: true
+    Accessible.selected: current
+    Accessible.onPressAction: row.pressed()
 
     SmoothRectangle {
         anchors.fill: parent
@@ -80,7 +83,7 @@ Item {
         anchors.right: upButton.left
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        text: row.name
+        text: MosaLook.oneLine(row.name)
         textFormat: Text.PlainText
         horizontalAlignment: Text.AlignLeft
         elide: Text.ElideMiddle

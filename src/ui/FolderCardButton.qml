@@ -41,7 +41,7 @@ MosaPlainButton {
 
             MosaText {
                 width: parent.width
-                text: button.card.name
+                text: MosaLook.oneLine(button.card.name)
                 font: MosaLook.system(13, Font.Medium)
                 elide: Text.ElideRight
                 maximumLineCount: 1

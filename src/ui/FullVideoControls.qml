@@ -59,7 +59,7 @@ ColumnLayout {
         }
         Text {
             Layout.fillWidth: true
-            text: root.item.url.lastPathComponent.replace(/\n/g, " ")
+            text: MosaLook.oneLine(root.item.url.lastPathComponent)
             textFormat: Text.PlainText
             horizontalAlignment: Text.AlignLeft
             Accessible.role: Accessible.StaticText

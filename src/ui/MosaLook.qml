@@ -58,6 +58,10 @@ QtObject {
         const a = top.a;
         return Qt.rgba(top.r * a + ground.r * (1 - a), top.g * a + ground.g * (1 - a), top.b * a + ground.b * (1 - a), 1);
     }
+    /// A name as it is shown in one line: it may hold line breaks.
+    function oneLine(name: string): string {
+        return name.replace(/\n/g, " ");
+    }
     /// The colour at another opacity.
     function faded(color: color, opacity: real): color {
         return Qt.rgba(color.r, color.g, color.b, color.a * opacity);

@@ -47,7 +47,7 @@ SmoothRectangle {
         anchors.right: parent.right
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
-        text: row.name
+        text: MosaLook.oneLine(row.name)
         textFormat: Text.PlainText
         horizontalAlignment: Text.AlignLeft
         elide: Text.ElideMiddle
