@@ -67,7 +67,7 @@ Item {
         MosaProgressBar {
             visible: toolbar.state.operationProgress !== undefined
             value: toolbar.state.operationProgress ?? 0
-            Accessible.name: toolbar.state.statusMessage ?? ""
+            Accessible.name: toolbar.state.statusMessage ?? qsTr("Progress")
         }
         MosaText {
             id: status
