@@ -9,8 +9,10 @@
 /// A failed access to the file system, told so that the user understands it. Travels through futures.
 class FileSystemError : public QException {
 public:
+    enum class Attempt { read, create };
+
     /// The code is an errno value.
-    FileSystemError(const FileURL &url, int code);
+    FileSystemError(const FileURL &url, int code, Attempt attempt = Attempt::read);
 
     const FileURL &url() const { return m_url; }
     int code() const { return m_code; }

@@ -83,8 +83,11 @@ QFuture<FileURL> create(const FileURL &parent, const QByteArray &name) {
     return BackgroundTask::run<FileURL>([parent, name](QPromise<FileURL> &promise) {
         const FileURL folder = FileURL::directory(parent.appending(name).nativePath());
         const FileDescriptor descriptor = openDirectory(parent);
-        if (!descriptor.isOpen() || mkdirat(descriptor.get(), name.constData(), newFolderMode) != 0) {
-            throw FileSystemError(folder, errno);
+        if (!descriptor.isOpen()) {
+            throw FileSystemError(parent, errno);
+        }
+        if (mkdirat(descriptor.get(), name.constData(), newFolderMode) != 0) {
+            throw FileSystemError(folder, errno, FileSystemError::Attempt::create);
         }
         promise.addResult(folder);
     });
