@@ -17,7 +17,8 @@
 /// The service's own thread. It decides and remembers, and never touches a file: that is done by jobs on a
 /// pool, normally one at a time, so that a file that hangs cannot take the service along.
 ///
-/// Only the mailbox is shared between threads; everything else belongs to the service's thread.
+/// Only the mailbox and the pictures in memory are shared between threads; everything else belongs to the
+/// service's thread.
 class ThumbnailService::Executor {
 public:
     explicit Executor(Settings settings);
@@ -67,7 +68,6 @@ private:
     void run();
     /// Moves the mailbox's content over. False when the service is to end.
     bool receive();
-    void accept(Request request);
     void complete(const Result &result);
     void next();
     /// Lets the others pass a job that takes too long, or an idle one that is in the way.

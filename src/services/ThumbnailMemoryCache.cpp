@@ -1,6 +1,12 @@
 #include "ThumbnailMemoryCache.h"
 
+bool ThumbnailMemoryCache::contains(const QByteArray &path) const {
+    const std::scoped_lock lock(m_mutex);
+    return m_byPath.contains(path);
+}
+
 QImage ThumbnailMemoryCache::image(const QByteArray &path) {
+    const std::scoped_lock lock(m_mutex);
     const auto found = m_byPath.constFind(path);
     if (found == m_byPath.constEnd()) {
         return {};
@@ -10,13 +16,24 @@ QImage ThumbnailMemoryCache::image(const QByteArray &path) {
 }
 
 void ThumbnailMemoryCache::insert(const QByteArray &path, const QImage &image) {
+    const std::scoped_lock lock(m_mutex);
     remove(path);
     m_entries.push_front({path, image});
     m_byPath.insert(path, m_entries.begin());
     m_bytes += image.sizeInBytes();
-    while (count() > m_maximumCount || m_bytes > m_maximumBytes) {
+    while (m_byPath.size() > m_maximumCount || m_bytes > m_maximumBytes) {
         remove(QByteArray(m_entries.back().path));
     }
+}
+
+qsizetype ThumbnailMemoryCache::count() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_byPath.size();
+}
+
+qint64 ThumbnailMemoryCache::bytes() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_bytes;
 }
 
 void ThumbnailMemoryCache::remove(const QByteArray &path) {

@@ -4,8 +4,9 @@
 #include <QImage>
 
 #include <list>
+#include <mutex>
 
-/// Decoded thumbnails by the bytes of their file's path; the least recently used leave first. One thread.
+/// Decoded thumbnails by the bytes of their file's path; the least recently used leave first. Any thread.
 class ThumbnailMemoryCache {
 public:
     static constexpr qsizetype countLimit = 300;
@@ -15,14 +16,14 @@ public:
     explicit ThumbnailMemoryCache(qsizetype maximumCount = countLimit, qint64 maximumBytes = byteLimit)
         : m_maximumCount(maximumCount), m_maximumBytes(maximumBytes) {}
 
-    bool contains(const QByteArray &path) const { return m_byPath.contains(path); }
+    bool contains(const QByteArray &path) const;
     /// Null when there is none.
     QImage image(const QByteArray &path);
     /// Takes the place of an older picture of the same file. A picture beyond the limit is not kept.
     void insert(const QByteArray &path, const QImage &image);
 
-    qsizetype count() const { return m_byPath.size(); }
-    qint64 bytes() const { return m_bytes; }
+    qsizetype count() const;
+    qint64 bytes() const;
 
 private:
     struct Entry {
@@ -33,6 +34,7 @@ private:
 
     void remove(const QByteArray &path);
 
+    mutable std::mutex m_mutex;
     qsizetype m_maximumCount;
     qint64 m_maximumBytes;
     qint64 m_bytes = 0;

@@ -41,7 +41,8 @@ public:
 
     /// The picture with its longer side at most maxPixelSize pixels, upright, in sRGB, opaque; a null image
     /// when none can be made, which is not remembered. The size is not part of what is kept: a picture that
-    /// was made for another size is handed out as it is.
+    /// was made for another size is handed out as it is. The future of one that is in memory is finished
+    /// already.
     QFuture<QImage> image(const MediaFile &file, int maxPixelSize);
 
     /// Prepares these pictures, in this order, while nobody waits for any other. Takes the place of what was

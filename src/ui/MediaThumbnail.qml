@@ -10,6 +10,7 @@ Item {
 
     required property mediaFile item
     property alias backing: picture.backing
+    property alias keepsOldPicture: picture.keepsOldPicture
 
     ThumbnailImage {
         id: picture

@@ -83,8 +83,11 @@ void ThumbnailImage::request() {
     if (future.isFinished()) {
         // From memory: the very next frame shows it.
         receive(future);
-    } else {
-        m_request.setFuture(future);
+        return;
+    }
+    m_request.setFuture(future);
+    if (!m_keepsOldPicture) {
+        show({});
     }
 }
 
@@ -92,8 +95,12 @@ void ThumbnailImage::receive(const QFuture<QImage> &future) {
     if (future.isCanceled() || future.resultCount() == 0) {
         return;
     }
+    show(future.result().convertToFormat(QImage::Format_RGB32));
+}
+
+void ThumbnailImage::show(const QImage &image) {
     const bool had = hasImage();
-    m_source = future.result().convertToFormat(QImage::Format_RGB32);
+    m_source = image;
     m_textureStale = true;
     update();
     if (hasImage() != had) {

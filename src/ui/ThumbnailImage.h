@@ -12,12 +12,15 @@
 /// fills the item.
 ///
 /// Asks the shared service when it is complete and again when the file's path changes; the old picture stays
-/// until the new result, which may be nothing, has arrived. The request is withdrawn when the item goes away.
+/// until the new result, which may be nothing, has arrived, unless it is told to go at once. The request is
+/// withdrawn when the item goes away.
 class ThumbnailImage : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(MediaFile item READ item WRITE setItem NOTIFY itemChanged)
     Q_PROPERTY(QColor backing READ backing WRITE setBacking NOTIFY backingChanged)
+    /// A picture stays when the file changes, until the next one is there. True by default.
+    Q_PROPERTY(bool keepsOldPicture MEMBER m_keepsOldPicture)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY hasImageChanged)
 
 public:
@@ -49,11 +52,13 @@ protected:
 private:
     void request();
     void receive(const QFuture<QImage> &future);
+    void show(const QImage &image);
     /// A texture that is reduced by more than half while it is drawn flickers and looks grainy.
     int neededHalvings() const;
 
     MediaFile m_item;
     QColor m_backing = Qt::transparent;
+    bool m_keepsOldPicture = true;
     /// As the service made it.
     QImage m_source;
     bool m_textureStale = false;

@@ -124,7 +124,8 @@ private Q_SLOTS:
         thumbnail->setItem(touched);
         thumbnail->setItem(photo("new.png", {320, 480}));
         QVERIFY(thumbnail->hasImage());
-        QTRY_COMPARE_WITH_TIMEOUT(thumbnail->pictureRect().size(), QSizeF(100, 150), 30'000);
+        const QSizeF upright(100, 150);
+        QTRY_COMPARE_WITH_TIMEOUT(thumbnail->pictureRect().size(), upright, 30'000);
         QCOMPARE(changes.count(), 0);
         // A file of which no picture can be made leaves none.
         thumbnail->setItem(
@@ -132,6 +133,15 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!thumbnail->hasImage(), 30'000);
         QCOMPARE(changes.count(), 1);
         QCOMPARE(grab().pixelColor(100, 75), QColor(Qt::magenta));
+
+        // In a cell that goes over to another file the old picture would be a wrong one.
+        thumbnail->setProperty("keepsOldPicture", false);
+        thumbnail->setItem(file);
+        QVERIFY2(thumbnail->hasImage(), "it is in memory");
+        thumbnail->setItem(photo("newer.png", {320, 480}));
+        // A quick thread may have made the picture already.
+        QVERIFY(!thumbnail->hasImage() || thumbnail->pictureRect().size() == upright);
+        QTRY_COMPARE_WITH_TIMEOUT(thumbnail->pictureRect().size(), upright, 30'000);
     }
 
     void mediaThumbnailShowsPlaceholderThenPicture() {
