@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FileURL.h"
+#include "FramePacing.h"
 #include "WindowFrameAutosave.h"
 
 #include <QPointF>
@@ -62,6 +63,7 @@ private:
     void notePress(const QPointerEvent &press);
 
     WindowFrameAutosave m_autosave;
+    FramePacing m_pacing{*this};
     FileManager *m_fileManager;
     bool m_announcedFullScreen = false;
     /// Where the left button went down on the bare background, until it is released or moves the window.
