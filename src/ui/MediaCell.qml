@@ -24,6 +24,15 @@ FocusScope {
             preview.left();
     }
 
+    /// The cell shows another page's file: whatever pointer and keys were doing here was meant for the one before.
+    function startOver(): void {
+        focus = false;
+        visible = false;
+        visible = true;
+        pointer.enabled = false;
+        pointer.enabled = true;
+    }
+
     MediaAspectRatioKey.value: item.aspectRatio
 
     onActiveFocusChanged: {
@@ -35,6 +44,7 @@ FocusScope {
         id: preview
         item: cell.item
         state: cell.state
+        onFileChanged: cell.startOver()
     }
     HoverHandler {
         id: pointer
@@ -56,6 +66,7 @@ FocusScope {
         anchors.fill: parent
         item: cell.item
         backing: "black"
+        keepsOldPicture: false
         visible: !(preview.controller?.hasRenderedFrame ?? false)
     }
 

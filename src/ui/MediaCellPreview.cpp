@@ -29,11 +29,17 @@ void MediaCellPreview::setItem(const MediaFile &item) {
     if (item == m_item) {
         return;
     }
-    if (item.url != m_item.url) {
+    const bool hadFile = !m_item.url.isEmpty();
+    const bool otherFile = item.url != m_item.url;
+    if (otherFile) {
         disappeared();
+        setHovering(false);
     }
     m_item = item;
     Q_EMIT itemChanged();
+    if (otherFile && hadFile) {
+        Q_EMIT fileChanged();
+    }
 }
 
 void MediaCellPreview::setState(AppState *state) {

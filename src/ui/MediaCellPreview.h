@@ -33,7 +33,7 @@ public:
     ~MediaCellPreview() override;
 
     const MediaFile &item() const { return m_item; }
-    /// Another file's preview does not go on under a new item.
+    /// Nothing of what concerns another file goes on under a new item.
     void setItem(const MediaFile &item);
     AppState *state() const { return m_state; }
     void setState(AppState *state);
@@ -51,6 +51,8 @@ public:
 
 Q_SIGNALS:
     void itemChanged();
+    /// The item is another file than the one before.
+    void fileChanged();
     void stateChanged();
     void hoveringChanged();
     void controllerChanged();

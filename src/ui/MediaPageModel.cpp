@@ -2,6 +2,21 @@
 
 #include <QSet>
 
+#include <algorithm>
+
+namespace {
+
+QSet<FileURL> urlsOf(const QList<MediaFile> &items) {
+    QSet<FileURL> urls;
+    urls.reserve(items.size());
+    for (const MediaFile &item : items) {
+        urls.insert(item.url);
+    }
+    return urls;
+}
+
+} // namespace
+
 int MediaPageModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : int(m_items.size());
 }
@@ -18,17 +33,28 @@ QHash<int, QByteArray> MediaPageModel::roleNames() const {
 }
 
 void MediaPageModel::setItems(const QList<MediaFile> &items) {
+    reuseRows(items);
     removeAllBut(items);
     for (int row = 0; row < items.size(); ++row) {
         place(items[row], row);
     }
 }
 
-void MediaPageModel::removeAllBut(const QList<MediaFile> &items) {
-    QSet<FileURL> kept;
-    for (const MediaFile &item : items) {
-        kept.insert(item.url);
+/// Puts new items where items that are to go stand, if the new ones belong just there.
+void MediaPageModel::reuseRows(const QList<MediaFile> &items) {
+    const QSet<FileURL> present = urlsOf(m_items);
+    const QSet<FileURL> kept = urlsOf(items);
+    const qsizetype both = std::min(items.size(), m_items.size());
+    for (int row = 0; row < both; ++row) {
+        if (!kept.contains(m_items[row].url) && !present.contains(items[row].url)) {
+            m_items[row] = items[row];
+            Q_EMIT dataChanged(index(row), index(row));
+        }
     }
+}
+
+void MediaPageModel::removeAllBut(const QList<MediaFile> &items) {
+    const QSet<FileURL> kept = urlsOf(items);
     for (int end = int(m_items.size()); end > 0;) {
         int begin = end;
         while (begin > 0 && !kept.contains(m_items[begin - 1].url)) {

@@ -6,7 +6,8 @@
 #include <QtQml/qqmlregistration.h>
 
 /// The media of the page on screen, as rows with the one role "item". An item that stays on the page keeps
-/// its row, so that the cell that shows it keeps its state. Main thread.
+/// its row, so that the cell that shows it keeps its state. The row of one that went is given to a new item,
+/// because making a cell takes longer than changing one. Main thread.
 class MediaPageModel : public QAbstractListModel {
     Q_OBJECT
     QML_ANONYMOUS
@@ -21,10 +22,11 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     const QList<MediaFile> &items() const { return m_items; }
-    /// Becomes the given list by removing, moving, inserting and updating rows; items are told apart by path.
+    /// Becomes the given list by updating, removing, moving and inserting rows; items are told apart by path.
     void setItems(const QList<MediaFile> &items);
 
 private:
+    void reuseRows(const QList<MediaFile> &items);
     void removeAllBut(const QList<MediaFile> &items);
     void place(const MediaFile &item, int row);
 

@@ -29,6 +29,26 @@ class Browsing(Scenario):
             mosa.press(BUTTON, "Next Page")
         mosa.see(name=f"{pages} / {pages}")
 
+    def test_a_page_that_turns_under_a_resting_pointer_starts_anew(self):
+        mosa = self.mosa(samples.folder(self.home / "album", videos=30, photos=40))
+        for tab, cells, controls in (
+            ("Videos 30", re.compile("^Play preview: "), {"Flag": None, "Unmute": "Audio off"}),
+            ("Photos 40", re.compile("^Open photo: "), {"Flag": None}),
+        ):
+            mosa.click(mosa.see(name=tab))
+            mosa.point(mosa.see(name=cells))
+            for key in ("Right", "Left", "Right"):
+                for name, value in controls.items():
+                    mosa.see(BUTTON, name, value)
+                    self.assertEqual(len(mosa.all(BUTTON, name)), 1)
+                self.assertEqual(len(mosa.all(value="Preview active")), len(controls) - 1)
+                before = mosa.all(name=cells)[0].name
+                # Pressed on one file, released on another: a click on neither.
+                mosa.button("mousedown")
+                mosa.key(key)
+                mosa.see_gone(name=before)
+                mosa.button("mouseup")
+
     def test_a_card_leads_into_its_folder_and_back_leads_out(self):
         folder = samples.folder(self.home / "trip", photos=1)
         samples.folder(folder / "Day 1", videos=2, photos=2)

@@ -91,6 +91,10 @@ class Mosa:
         self.point(node)
         subprocess.run(["xdotool", "click", "--repeat", str(count), "--delay", "60", str(button)], check=True)
 
+    def button(self, act):
+        """Presses the left button and leaves it down ("mousedown"), or releases it ("mouseup")."""
+        subprocess.run(["xdotool", act, "1"], check=True)
+
     def point_away(self):
         """Puts the pointer where no control is: below everything on the screen."""
         subprocess.run(["xdotool", "mousemove", "0", "0"], check=True)
