@@ -33,6 +33,10 @@ std::vector<Range> pageRanges(QSizeF size, const std::vector<double> &aspectRati
         } else if (height + pageTolerance >= candidate) {
             used = candidate;
         } else {
+            if (pages.empty()) {
+                // The other pages will not be much smaller: growing again and again costs more than the rows.
+                pages.reserve(size_t(count / row.begin * 5 / 4 + 1));
+            }
             pages.push_back({pageBegin, row.begin});
             pageBegin = row.begin;
             used = row.height;
