@@ -57,9 +57,7 @@ FocusScope {
         anchors.fill: parent
         active: preview.controller !== null
         sourceComponent: VideoPreviewLayer {
-            item: cell.item
             controller: preview.controller
-            bringsThumbnail: false
         }
     }
     MediaThumbnail {

@@ -1,20 +1,14 @@
-// Not bound: the Loader of Qt 6.4 refuses bound components.
+pragma ComponentBehavior: Bound
 
 import QtQuick
 import Mosa.Playback
-import Mosa.State
 import Mosa.UI
 
-/// A running preview, under the item's still picture until the first frame of the video has been drawn.
-///
-/// A cell that shows that picture already keeps its own on top for as long: another one would have to be fetched first.
+/// A running preview. Until the first frame of the video has been drawn the cell keeps the still picture on top.
 Item {
     id: root
 
-    required property mediaFile item
     required property MPVPlayerController controller
-
-    property bool bringsThumbnail: true
 
     readonly property bool playing: controller?.hasRenderedFrame ?? false
 
@@ -25,13 +19,5 @@ Item {
     MPVVideoSurface {
         anchors.fill: parent
         controller: root.controller
-    }
-
-    Loader {
-        anchors.fill: parent
-        active: root.bringsThumbnail && !root.playing
-        sourceComponent: MediaThumbnail {
-            item: root.item
-        }
     }
 }
