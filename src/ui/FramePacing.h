@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -11,7 +12,8 @@ class QQuickWindow;
 /// Where Qt draws a window in a thread of its own, the main thread hands the scene over for each frame, and
 /// would wait for as long as that thread still draws the frame before: up to a refresh of the screen, more in
 /// software. Here the request waits instead. It does so once: a window that draws all the time, as while a
-/// video plays, holds up nobody for more than a frame.
+/// video plays, holds up nobody for more than a frame, and a frame that never gets there for no more than a
+/// moment.
 ///
 /// Main thread; both ends of a frame are noted in the thread that draws.
 class FramePacing : public QObject {
@@ -27,4 +29,5 @@ private:
     struct State;
     /// Also the window's, whose last frame may end while this goes.
     std::shared_ptr<State> m_state;
+    QTimer m_patience;
 };
