@@ -38,16 +38,16 @@ QFuture<QImage> ThumbnailService::Executor::request(const MediaFile &file, int m
     Promise promise;
     promise.start();
     QFuture<QImage> future = promise.future();
-    const QImage image = m_memory.image(file.url.nativePath());
-    if (!image.isNull()) {
-        promise.addResult(image);
-        promise.finish();
-        return future;
-    }
     {
         const std::scoped_lock lock(m_mailbox->mutex);
         if (m_mailbox->stopping) {
             // Its destructor cancels the promise.
+            return future;
+        }
+        const QImage image = m_memory.image(file.url.nativePath());
+        if (!image.isNull()) {
+            promise.addResult(image);
+            promise.finish();
             return future;
         }
         m_mailbox->requests.push_back({file, maxPixelSize, std::move(promise)});

@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Mosa.Playback
-import Mosa.UI
 
 /// A running preview. Until the first frame of the video has been drawn the cell keeps the still picture on top.
 Item {
