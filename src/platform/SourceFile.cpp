@@ -3,6 +3,8 @@
 #include "AtomicRename.h"
 #include "SystemError.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -19,6 +21,12 @@ bool sameFile(const struct stat &a, const struct stat &b) {
 std::error_code statusAt(int folder, const QByteArray &name, struct stat &status) {
     return ::fstatat(folder, name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 ? std::error_code()
                                                                                   : lastSystemError();
+}
+
+/// Of a rename: some devices have none, and the longer name needs room that a removal does not.
+bool canOnlyRemove(const std::error_code &error) {
+    return error.value() == ENOSYS || error.value() == EOPNOTSUPP || error.value() == ENOSPC ||
+           error.value() == EDQUOT;
 }
 
 } // namespace
@@ -89,7 +97,10 @@ std::error_code SourceFile::remove() const {
     // and would be removed unseen. What was taken under a name of our own stays what it is.
     const QByteArray hidden = passingName();
     if (::renameat(folder(), m_name.constData(), folder(), hidden.constData()) != 0) {
-        // Some devices can remove a file, but not rename it.
+        const std::error_code error = lastSystemError();
+        if (!canOnlyRemove(error)) {
+            return error;
+        }
         return ::unlinkat(folder(), m_name.constData(), 0) == 0 ? std::error_code() : lastSystemError();
     }
     const std::error_code error = removeHidden(hidden);

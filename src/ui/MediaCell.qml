@@ -27,8 +27,10 @@ FocusScope {
     /// The cell shows another page's file: whatever pointer and keys were doing here was meant for the one before.
     function startOver(): void {
         focus = false;
+        // What is hidden lets go of a press.
         visible = false;
         visible = true;
+        // And this forgets that it is hovered: the next frame looks again.
         pointer.enabled = false;
         pointer.enabled = true;
     }

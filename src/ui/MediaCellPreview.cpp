@@ -29,15 +29,14 @@ void MediaCellPreview::setItem(const MediaFile &item) {
     if (item == m_item) {
         return;
     }
-    const bool hadFile = !m_item.url.isEmpty();
-    const bool otherFile = item.url != m_item.url;
+    const bool otherFile = !m_item.url.isEmpty() && item.url != m_item.url;
     if (otherFile) {
         disappeared();
         setHovering(false);
     }
     m_item = item;
     Q_EMIT itemChanged();
-    if (otherFile && hadFile) {
+    if (otherFile) {
         Q_EMIT fileChanged();
     }
 }

@@ -1,7 +1,5 @@
 #include "MediaPageModel.h"
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace {
@@ -33,17 +31,17 @@ QHash<int, QByteArray> MediaPageModel::roleNames() const {
 }
 
 void MediaPageModel::setItems(const QList<MediaFile> &items) {
-    reuseRows(items);
-    removeAllBut(items);
+    const QSet<FileURL> kept = urlsOf(items);
+    reuseRows(items, kept);
+    removeAllBut(kept);
     for (int row = 0; row < items.size(); ++row) {
         place(items[row], row);
     }
 }
 
 /// Puts new items where items that are to go stand, if the new ones belong just there.
-void MediaPageModel::reuseRows(const QList<MediaFile> &items) {
+void MediaPageModel::reuseRows(const QList<MediaFile> &items, const QSet<FileURL> &kept) {
     const QSet<FileURL> present = urlsOf(m_items);
-    const QSet<FileURL> kept = urlsOf(items);
     const qsizetype both = std::min(items.size(), m_items.size());
     for (int row = 0; row < both; ++row) {
         if (!kept.contains(m_items[row].url) && !present.contains(items[row].url)) {
@@ -53,8 +51,7 @@ void MediaPageModel::reuseRows(const QList<MediaFile> &items) {
     }
 }
 
-void MediaPageModel::removeAllBut(const QList<MediaFile> &items) {
-    const QSet<FileURL> kept = urlsOf(items);
+void MediaPageModel::removeAllBut(const QSet<FileURL> &kept) {
     for (int end = int(m_items.size()); end > 0;) {
         int begin = end;
         while (begin > 0 && !kept.contains(m_items[begin - 1].url)) {

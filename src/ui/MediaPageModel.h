@@ -3,6 +3,7 @@
 #include "MediaFile.h"
 
 #include <QAbstractListModel>
+#include <QSet>
 #include <QtQml/qqmlregistration.h>
 
 /// The media of the page on screen, as rows with the one role "item". An item that stays on the page keeps
@@ -26,8 +27,8 @@ public:
     void setItems(const QList<MediaFile> &items);
 
 private:
-    void reuseRows(const QList<MediaFile> &items);
-    void removeAllBut(const QList<MediaFile> &items);
+    void reuseRows(const QList<MediaFile> &items, const QSet<FileURL> &kept);
+    void removeAllBut(const QSet<FileURL> &kept);
     void place(const MediaFile &item, int row);
 
     QList<MediaFile> m_items;
